@@ -1,0 +1,61 @@
+// Host-side control of the speech library stand-in (libasr-nlu.so on the
+// virtual appliance). The plug-in never includes this header: only the daemon
+// simulator and the tests do, to script what the speech service answers and to
+// observe what the library is told.
+//
+// Observations are JSON objects, one per call of the observer, in the order the
+// library saw them. Every object has "what" and "thread" ("caller" when the
+// plug-in called in, "library" when the library's own thread acted):
+//   {"what":"init","config":{...all Config fields by name...}}
+//   {"what":"changeLocale","locale":"en-US"}
+//   {"what":"setCommandList","document":"<text>"}
+//   {"what":"syncUserData"}
+//   {"what":"setRecognitionListener"} / {"what":"setSpeechDetectionListener","option":0}
+//   {"what":"startRecognition","flag":false,"keepContext":true,"type":2,"mode":0,"accepted":true}
+//   {"what":"deviceData","facets":{"Alarm":{"getDefaultAlarmName":"Alarm",...},...},
+//        "nluParams":{"System":"{...}","Recipe":null,...} or null,
+//        "recoState":"{...}" or null}
+//   {"what":"audio","samples":320,"total":3200}
+//   {"what":"speech","event":"begin"|"end"}
+//   {"what":"processDriverResponse","text":"..."}
+//   {"what":"stopRecognition"} / {"what":"cancelRecognition"}
+//   {"what":"deliver","event":{...the scripted server event...}}
+//   {"what":"parse","data":"...","responseType":1,"isLast":true}      (parser stand-in)
+//   {"what":"driverRequest","request":"...","response":"..."}         (parser stand-in)
+//   {"what":"executeOVAction","agent":"...","actionType":"...",...}   (parser stand-in)
+//   {"what":"shutdown"}
+#ifndef SPEECH_STAND_IN_H
+#define SPEECH_STAND_IN_H
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+typedef void (*speech_standin_observer_cb)(const char* json, void* user_data);
+
+// Receives every observation; called on whichever thread made it. Null stops.
+void speech_standin_set_observer(speech_standin_observer_cb observer, void* user_data);
+
+// The server's events for the next voice turn: a JSON array of event objects as
+// a scenario's "server" list (partial, asr, nlu, action, driverRequest, error,
+// wait). They are delivered on the library's thread, in order, once the turn's
+// recognition is stopped; a cancelled turn drops them. A driverRequest event
+// pauses the list until the driver-response turn it opens is stopped. Returns 0,
+// or -1 with a message on stderr when the text is not such a list.
+int speech_standin_script_turn(const char* events_json);
+
+// Waits until the library's thread has delivered every scripted event and has
+// nothing queued. Returns 0 when idle, -1 on time-out.
+int speech_standin_wait_idle(int timeout_ms);
+
+// Test hooks: the next startRecognition answers `accepted`; getState answers
+// `state`; Tessel::init makes no recognition manager when `without_manager`.
+void speech_standin_set_start_result(int accepted);
+void speech_standin_set_state(int state);
+void speech_standin_set_without_manager(int without_manager);
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif

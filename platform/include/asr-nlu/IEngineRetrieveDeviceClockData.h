@@ -1,0 +1,15 @@
+#ifndef ASR_NLU_I_ENGINE_RETRIEVE_DEVICE_CLOCK_DATA_H
+#define ASR_NLU_I_ENGINE_RETRIEVE_DEVICE_CLOCK_DATA_H
+
+#include <string>
+
+// What the speech library asks the device about the clock. Each body is the
+// answer of an implementation that doesn't override it. The order of the
+// virtual operations is shared with the library; the destructor comes last.
+class IEngineRetrieveDeviceClockData {
+public:
+    virtual std::string getTimezone() { return "-0800"; }
+    virtual ~IEngineRetrieveDeviceClockData() {}
+};
+
+#endif

@@ -1,0 +1,8 @@
+#ifndef ORVANE_PARSER_CLOCK_DATA_H
+#define ORVANE_PARSER_CLOCK_DATA_H
+
+// A record of the parser library that this device never fills.
+class ClockData {
+};
+
+#endif

@@ -1,0 +1,28 @@
+#!/usr/bin/env bash
+# Installs what the project needs to build and run on Debian, through sudo when
+# not root. Does nothing when everything is there.
+set -euo pipefail
+
+packages=(
+  build-essential cmake pkg-config g++-multilib
+  libjson-glib-dev libjsoncpp-dev libsqlite3-dev sqlite3 libssl-dev libefl-all-dev
+  libgtest-dev libgmock-dev libbenchmark-dev
+)
+
+missing=()
+for package in "${packages[@]}"; do
+  if ! dpkg-query -W -f='${Status}' "$package" 2>/dev/null | grep -q "install ok installed"; then
+    missing+=("$package")
+  fi
+done
+[ ${#missing[@]} -eq 0 ] && exit 0
+
+echo "setup: installing ${missing[*]}"
+sudo=()
+if [ "$(id -u)" -ne 0 ]; then
+  command -v sudo >/dev/null || { echo "setup: need root or sudo to install ${missing[*]}" >&2; exit 1; }
+  sudo=(sudo)
+fi
+export DEBIAN_FRONTEND=noninteractive
+"${sudo[@]}" apt-get update -q
+"${sudo[@]}" apt-get install -y -q --no-install-recommends "${missing[@]}"

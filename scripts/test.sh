@@ -1,0 +1,8 @@
+#!/usr/bin/env bash
+# Installs what is missing, builds, and runs every test.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+bash scripts/setup.sh
+bash scripts/build.sh
+cd "${MARL_BUILD_DIR:-build}"
+ctest --output-on-failure -j"$(nproc)" --timeout 300

@@ -1,0 +1,6 @@
+#include "OrvaneParser/ParserInterfaceImpl/RetrieveDeviceDataParserImpl.h"
+
+IParserRetrieveUserCustomizedData* RetrieveDeviceDataParserImpl::getParserRetrieveUserCustomizedData()
+{
+    return &mCustomized;
+}

@@ -1,0 +1,6 @@
+#include "RetrieveImpl/Common/DeviceStatusDataRetrieverImpl.h"
+
+bool DeviceStatusDataRetrieverImpl::useCustomizedDriverResponse()
+{
+    return true;
+}

@@ -1,0 +1,33 @@
+#ifndef DA_DRIVER_RESPONSE_GEN_H
+#define DA_DRIVER_RESPONSE_GEN_H
+
+#include "ClientManager/OrvaneMaster.h"
+
+#include <json/json.h>
+
+#include <string>
+
+// Answers one driver request. The base builds the response envelope from the
+// request's agent and action name; a derived generator composes the "data" in
+// its constructor. Lives for one request.
+class DaDriverResponseGen : public OrvaneMaster {
+public:
+    explicit DaDriverResponseGen(Json::Value request);
+    virtual ~DaDriverResponseGen();
+
+    // The finished response text, or empty when no data was composed.
+    std::string getDriverResponse();
+
+protected:
+    // The text of object[key]; empty when the object or the member is missing
+    // or the member is no text, number or boolean.
+    static std::string readText(const Json::Value& object, const char* key);
+    // The request's action name.
+    std::string getActionName();
+
+    Json::Value requestNode;
+    Json::Value dataNode;
+    Json::Value responseRootNode;
+};
+
+#endif

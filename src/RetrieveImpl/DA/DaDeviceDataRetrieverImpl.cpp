@@ -1,0 +1,16 @@
+#include "RetrieveImpl/DA/DaDeviceDataRetrieverImpl.h"
+
+IDeviceMorningBriefDataRetrieve* DaDeviceDataRetrieverImpl::getDeviceMorningBriefDataRetriever()
+{
+    return &mMorningBrief;
+}
+
+IDeviceShoppingListDataRetrieve* DaDeviceDataRetrieverImpl::getDeviceShoppingListDataRetriever()
+{
+    return &mShoppingList;
+}
+
+IDeviceStatusDataRetrieve* DaDeviceDataRetrieverImpl::getDeviceStatusDataRetriever()
+{
+    return &mStatus;
+}

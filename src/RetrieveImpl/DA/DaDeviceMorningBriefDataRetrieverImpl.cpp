@@ -1,0 +1,11 @@
+#include "RetrieveImpl/DA/DaDeviceMorningBriefDataRetrieverImpl.h"
+
+bool DaDeviceMorningBriefDataRetrieverImpl::appInstalled()
+{
+    return false;
+}
+
+bool DaDeviceMorningBriefDataRetrieverImpl::appRunning()
+{
+    return false;
+}

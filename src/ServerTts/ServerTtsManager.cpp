@@ -1,0 +1,380 @@
+#include "ServerTts/ServerTtsManager.h"
+
+#include "RetrieveManager/CustomizedDataRetrieveManager.h"
+#include "RetrieveManager/ICustomizedServerDefines.h"
+#include "fwWrapper/MarlEngineWrapper.h"
+#include "utils/MarlLog.h"
+
+#include <stdio.h>
+#include <stdlib.h>
+#include <string.h>
+#include <unistd.h>
+
+namespace {
+
+// Server speech: raw signed 16-bit little-endian PCM, 24 kHz, mono.
+const int TTS_SAMPLE_RATE = 24000;
+const int TTS_CHANNEL_MONO = 128;
+const int TTS_SAMPLE_TYPE_S16_LE = 113;
+const int TTS_SOUND_TYPE_MEDIA = 4;
+const unsigned int TTS_CHUNK_SIZE = 40;
+const int TTS_GAIN = 2;
+const double TTS_WAIT_SECONDS = 5.0;
+
+ICustomizedServerDefines* serverDefines()
+{
+    return OrvaneMaster::getWrapper()->getCustomizedDataRetrieveManager()->getServerDefineRetriever();
+}
+
+void removeFile(const std::string& path)
+{
+    if (!path.empty())
+        unlink(path.c_str());
+}
+
+}  // namespace
+
+ServerTtsManager::ServerTtsManager()
+    : mOnPlaying(false),
+      mReceived(false),
+      mTtsPcmPath("/opt/usr/home/owner/media/Sounds/test.pcm"),
+      mTtsOpusPath("/opt/usr/root/home/guest/Sounds/test.opus"),
+      mTtsBuf(nullptr),
+      mTtsBufSize(0),
+      mAudioOutHandle(nullptr),
+      mPlayThread(nullptr),
+      mWaitingTimer(nullptr),
+      mPendedResult(nullptr)
+{
+}
+
+ServerTtsManager::~ServerTtsManager()
+{
+    requestServerTtsStop();
+    _removeWatingTimer();
+    removeFile(mTtsPcmPath);
+    removeFile(mTtsOpusPath);
+    delete mPendedResult;
+    mPendedResult = nullptr;
+}
+
+void ServerTtsManager::init()
+{
+    clearServerTts();
+    requestServerTtsStop();
+    _removeWatingTimer();
+    mReceived = false;
+    removeFile(mTtsPcmPath);
+    removeFile(mTtsOpusPath);
+}
+
+void ServerTtsManager::clearServerTts()
+{
+    free(mTtsBuf);
+    mTtsBuf = nullptr;
+    mTtsBufSize = 0;
+}
+
+bool ServerTtsManager::getEnabled()
+{
+    ICustomizedServerDefines* retriever = serverDefines();
+    return retriever ? retriever->useServerTts() : false;
+}
+
+bool ServerTtsManager::getUserPlay()
+{
+    ICustomizedServerDefines* retriever = serverDefines();
+    return retriever ? retriever->userPlayServerTts() : false;
+}
+
+bool ServerTtsManager::getOnPlaying()
+{
+    LOGD("playing status[%d]", mOnPlaying);
+    return mOnPlaying;
+}
+
+bool ServerTtsManager::getReceived()
+{
+    LOGD("Receiving status[%d]", mReceived);
+    return mReceived;
+}
+
+bool ServerTtsManager::copyServerTts(const char* ttsBuffer, unsigned int ttsBufferLen)
+{
+    LOGD("ttsBuffer[%p], ttsBufferLen[%d]", static_cast<const void*>(ttsBuffer), static_cast<int>(ttsBufferLen));
+    LOGD("mTtsBuf[%p], mTtsBufSize[%d]", static_cast<void*>(mTtsBuf), static_cast<int>(mTtsBufSize));
+    if (!ttsBuffer) {
+        LOGE("ttsBuffer is NULL");
+        return false;
+    }
+    if (ttsBufferLen == 0) {
+        LOGE("ttsBufferLen is 0");
+        return false;
+    }
+    // One spare zero byte stays at the end of the buffer.
+    char* gathered = static_cast<char*>(calloc(mTtsBufSize + ttsBufferLen + 1, 1));
+    if (!gathered) {
+        LOGE("Failed to calloc");
+        return false;
+    }
+    if (mTtsBuf && mTtsBufSize != 0) {
+        memcpy(gathered, mTtsBuf, mTtsBufSize);
+        free(mTtsBuf);
+    }
+    memcpy(gathered + mTtsBufSize, ttsBuffer, ttsBufferLen);
+    mTtsBuf = gathered;
+    mTtsBufSize += ttsBufferLen;
+    LOGD("Now mTtsBuf[%p], mTtsBufSize[%d]", static_cast<void*>(mTtsBuf), static_cast<int>(mTtsBufSize));
+    return true;
+}
+
+bool ServerTtsManager::requestServerTtsWait(_cloudParserResults* pendedResult)
+{
+    if (mWaitingTimer)
+        _removeWatingTimer();
+    if (mPendedResult) {
+        delete mPendedResult;
+        mPendedResult = nullptr;
+    }
+    mWaitingTimer = ecore_timer_add(TTS_WAIT_SECONDS, __waitingTimerExpiredCb, this);
+    if (!mWaitingTimer)
+        return false;
+    mPendedResult = pendedResult;
+    return true;
+}
+
+Eina_Bool ServerTtsManager::__waitingTimerExpiredCb(void* data)
+{
+    if (!data) {
+        LOGE("data is NULL");
+        return EINA_FALSE;
+    }
+    ServerTtsManager* self = static_cast<ServerTtsManager*>(data);
+    if (!self->mPendedResult) {
+        LOGE("PendedResult is NULL");
+        return EINA_FALSE;
+    }
+    const std::string nluResult = self->mPendedResult->nluResult;
+    const std::string agentName = self->mPendedResult->agentName;
+    const std::string commandName = self->mPendedResult->commandName;
+    LOGD("pended agentName[%s]", agentName.c_str());
+    LOGD("pended commandName[%s]", commandName.c_str());
+    LOGD("pended result length[%d]", static_cast<int>(nluResult.length()));
+    getWrapper()->executeParserAction(nluResult, agentName, commandName);
+
+    // The timer ends with the false return.
+    self->mWaitingTimer = nullptr;
+    delete self->mPendedResult;
+    self->mPendedResult = nullptr;
+    return EINA_FALSE;
+}
+
+bool ServerTtsManager::serverTtsReceiveDone()
+{
+    if (!mTtsBuf) {
+        LOGE("mTtsBuf is NULL");
+        return false;
+    }
+    if (mTtsBufSize == 0) {
+        LOGE("mTtsBufSize is 0");
+        return false;
+    }
+    LOGD("Final gathered[%p], mTtsBufSize[%d]", static_cast<void*>(mTtsBuf), static_cast<int>(mTtsBufSize));
+    removeFile(mTtsPcmPath);
+    removeFile(mTtsOpusPath);
+
+    ICustomizedServerDefines* retriever = serverDefines();
+    const bool userPlay = retriever ? retriever->userPlayServerTts() : false;
+    if (!userPlay) {
+        requestServerTtsPlay(mTtsBuf, mTtsBufSize);
+    } else {
+        std::string path = retriever->getServerTtsAudioPath();
+        if (path.empty())
+            path = mTtsPcmPath;
+        removeFile(path);
+        if (!mPendedResult) {
+            LOGI("There is no pended item to play server tts");
+            clearServerTts();
+            return false;
+        }
+        FILE* file = fopen(path.c_str(), "w");
+        if (!file) {
+            LOGE("Failed to fopen. Please remained spaces or access rights");
+            clearServerTts();
+            return false;
+        }
+        const size_t written = fwrite(mTtsBuf, mTtsBufSize, 1, file);
+        if (written == 0)
+            LOGE("Failed to fwrite. Please remained spaces or access rights");
+        else
+            LOGD("targetPath[%s], fwrite result[%d]", path.c_str(), static_cast<int>(written));
+        fclose(file);
+        clearServerTts();
+        getWrapper()->executeParserAction(mPendedResult->nluResult, mPendedResult->agentName,
+                                          mPendedResult->commandName);
+    }
+    _removeWatingTimer();
+    mReceived = true;
+    return true;
+}
+
+bool ServerTtsManager::requestServerTtsPlay(const char* ttsBuffer, unsigned int ttsBufferLen)
+{
+    if (!ttsBuffer) {
+        LOGE("ttsBuffer is NULL");
+        return false;
+    }
+    if (ttsBufferLen == 0) {
+        LOGE("ttsBufferLen is 0");
+        return false;
+    }
+    if (mPlayThread) {
+        LOGE("TTS is already on Playing - Ignore reqeusts");
+        return true;
+    }
+    mPlayThread = ecore_thread_run(__threadStartCb, __threadEndCb, __threadCancelCb, this);
+    return true;
+}
+
+void ServerTtsManager::__threadStartCb(void* data, Ecore_Thread* thread)
+{
+    LOGD("[%p]", static_cast<void*>(thread));
+    if (!data) {
+        LOGE("data is NULL");
+        return;
+    }
+    ServerTtsManager* self = static_cast<ServerTtsManager*>(data);
+    self->playServerTts(self->mTtsBuf, self->mTtsBufSize);
+}
+
+bool ServerTtsManager::playServerTts(const char* ttsBuffer, unsigned int ttsBufferLen)
+{
+    if (!ttsBuffer) {
+        LOGE("ttsBuffer is NULL");
+        return false;
+    }
+    if (ttsBufferLen == 0) {
+        LOGE("ttsBufferLen is 0");
+        return false;
+    }
+    stopPlayingServerTts();
+
+    // Gain of 2 with clipping, in place on the gathered speech.
+    short* samples = reinterpret_cast<short*>(const_cast<char*>(ttsBuffer));
+    for (unsigned int i = 0; i < ttsBufferLen / 2; ++i) {
+        int sample = samples[i] * TTS_GAIN;
+        if (sample >= 32768)
+            sample = 32767;
+        else if (sample < -32768)
+            sample = -32768;
+        samples[i] = static_cast<short>(sample);
+    }
+
+    int ret = audio_out_create(TTS_SAMPLE_RATE, static_cast<audio_channel_e>(TTS_CHANNEL_MONO),
+                               static_cast<audio_sample_type_e>(TTS_SAMPLE_TYPE_S16_LE),
+                               static_cast<sound_type_e>(TTS_SOUND_TYPE_MEDIA), &mAudioOutHandle);
+    if (ret != 0) {
+        LOGE("audio_out_unprepare - ret[%d]", ret);
+        return false;
+    }
+    if (!mAudioOutHandle) {
+        LOGE("Failed to create audioOutHandle");
+        return false;
+    }
+    ret = audio_out_prepare(mAudioOutHandle);
+    LOGD("audio_out_prepare - ret[%d]", ret);
+    mOnPlaying = true;
+
+    for (unsigned int i = 0; i * TTS_CHUNK_SIZE < ttsBufferLen; ++i) {
+        const unsigned int pieceSize = (i + 1) * TTS_CHUNK_SIZE <= ttsBufferLen ? TTS_CHUNK_SIZE
+                                                                               : ttsBufferLen % TTS_CHUNK_SIZE;
+        if (pieceSize == 0)
+            continue;
+        char* piece = static_cast<char*>(malloc(pieceSize));
+        if (!piece)
+            break;
+        memset(piece, 0, pieceSize);
+        memcpy(piece, ttsBuffer + i * TTS_CHUNK_SIZE, pieceSize);
+        ret = audio_out_write(mAudioOutHandle, piece, pieceSize);
+        free(piece);
+        // Only a return of 0 goes on to the next piece.
+        if (ret != 0) {
+            LOGE("audio_out_write - ret[%d]", ret);
+            break;
+        }
+    }
+
+    ret = audio_out_unprepare(mAudioOutHandle);
+    LOGD("audio_out_unprepare - ret[%d]", ret);
+    ret = audio_out_destroy(mAudioOutHandle);
+    LOGD("audio_out_destroy - ret[%d]", ret);
+    mAudioOutHandle = nullptr;
+    mOnPlaying = false;
+    return true;
+}
+
+void ServerTtsManager::__threadEndCb(void* data, Ecore_Thread* /*thread*/)
+{
+    LOGD("");
+    if (!data) {
+        LOGE("data is NULL");
+        return;
+    }
+    ServerTtsManager* self = static_cast<ServerTtsManager*>(data);
+    self->clearServerTts();
+    self->mPlayThread = nullptr;
+}
+
+bool ServerTtsManager::requestServerTtsStop()
+{
+    if (!mPlayThread) {
+        LOGD("There is no playing TTS");
+        return false;
+    }
+    if (ecore_thread_check(mPlayThread)) {
+        LOGE("thread check failed");
+        return false;
+    }
+    ecore_thread_cancel(mPlayThread);
+    return true;
+}
+
+void ServerTtsManager::__threadCancelCb(void* data, Ecore_Thread* thread)
+{
+    LOGD("[%p]", static_cast<void*>(thread));
+    if (!data) {
+        LOGE("data is NULL");
+        return;
+    }
+    // The play thread stays recorded: the next play request is ignored.
+    static_cast<ServerTtsManager*>(data)->stopPlayingServerTts();
+}
+
+bool ServerTtsManager::stopPlayingServerTts()
+{
+    if (!mAudioOutHandle) {
+        LOGE("There is no handle");
+        return false;
+    }
+    if (!mPlayThread) {
+        LOGD("There is no playing tts");
+        return false;
+    }
+    int ret = audio_out_unprepare(mAudioOutHandle);
+    LOGD("audio_out_unprepare - ret[%d]", ret);
+    ret = audio_out_destroy(mAudioOutHandle);
+    LOGD("audio_out_destroy - ret[%d]", ret);
+    mAudioOutHandle = nullptr;
+    clearServerTts();
+    mOnPlaying = false;
+    return false;
+}
+
+void ServerTtsManager::_removeWatingTimer()
+{
+    if (mWaitingTimer)
+        ecore_timer_del(mWaitingTimer);
+    mWaitingTimer = nullptr;
+    delete mPendedResult;
+    mPendedResult = nullptr;
+}

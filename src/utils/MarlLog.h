@@ -1,0 +1,20 @@
+// The plug-in's one logging form: dlog with the tag "VoiceEnginePlugIn" and the
+// prefix "file: function(line) > ". An empty message marks entry into an operation.
+#ifndef MARL_LOG_H
+#define MARL_LOG_H
+
+#include <dlog.h>
+#include <string.h>
+
+#define MARL_LOG_TAG "VoiceEnginePlugIn"
+
+#define MARL_FILE_NAME (strrchr(__FILE__, '/') ? strrchr(__FILE__, '/') + 1 : __FILE__)
+
+#define MARL_LOG_WITH_TAG(prio, tag, fmt, ...)                                              \
+    dlog_print(prio, tag, "%s: %s(%d) > " fmt, MARL_FILE_NAME, __func__, __LINE__, ##__VA_ARGS__)
+
+#define LOGD(fmt, ...) MARL_LOG_WITH_TAG(DLOG_DEBUG, MARL_LOG_TAG, fmt, ##__VA_ARGS__)
+#define LOGI(fmt, ...) MARL_LOG_WITH_TAG(DLOG_INFO, MARL_LOG_TAG, fmt, ##__VA_ARGS__)
+#define LOGE(fmt, ...) MARL_LOG_WITH_TAG(DLOG_ERROR, MARL_LOG_TAG, fmt, ##__VA_ARGS__)
+
+#endif
