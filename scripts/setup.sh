@@ -5,7 +5,7 @@ set -euo pipefail
 
 packages=(
   build-essential cmake pkg-config g++-multilib
-  libjson-glib-dev libjsoncpp-dev libsqlite3-dev sqlite3 libssl-dev libefl-all-dev
+  libjson-glib-dev libjsoncpp-dev libsqlite3-dev sqlite3 libssl-dev libefl-all-dev libsndfile1-dev
   libgtest-dev libgmock-dev libbenchmark-dev
 )
 

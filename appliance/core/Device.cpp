@@ -48,8 +48,8 @@ std::map<std::string, int>& errorNames()
 
 struct CachedDescription {
     std::string path;
-    struct timespec mtime = {0, 0};
-    off_t size = -1;
+    std::string text;
+    bool loaded = false;
     bool ok = false;
     std::string error;
     Json::Value value;
@@ -57,7 +57,9 @@ struct CachedDescription {
 
 void warnOnce(const std::string& message)
 {
+    static std::mutex mutex;
     static std::string last;
+    std::lock_guard<std::mutex> lock(mutex);
     if (message != last) {
         std::fprintf(stderr, "vappliance: %s\n", message.c_str());
         last = message;
@@ -143,25 +145,28 @@ bool loadDescription(Json::Value& out, std::string* error)
     const std::string path = devicePath("device.json");
     std::lock_guard<std::mutex> lock(gMutex);
 
+    // The file is small and read on every call: a rewrite within one tick of
+    // the file system's clock leaves size and time alone, so only the text
+    // itself tells whether the parsed value is still current.
     struct stat st;
-    if (::stat(path.c_str(), &st) != 0) {
+    std::string text;
+    if (::stat(path.c_str(), &st) != 0 || !readFile(path, text)) {
+        const bool present = ::stat(path.c_str(), &st) == 0;
         cache = CachedDescription();
         out = Json::Value();
         if (error)
-            *error = deviceExists() ? "no device description " + path
-                                    : "no device directory " + deviceDir();
+            *error = present ? "cannot read " + path
+                     : deviceExists() ? "no device description " + path
+                                      : "no device directory " + deviceDir();
         return false;
     }
-    if (cache.path != path || cache.size != st.st_size ||
-        cache.mtime.tv_sec != st.st_mtim.tv_sec || cache.mtime.tv_nsec != st.st_mtim.tv_nsec) {
+    if (!cache.loaded || cache.path != path || cache.text != text) {
         cache = CachedDescription();
         cache.path = path;
-        cache.mtime = st.st_mtim;
-        cache.size = st.st_size;
-        std::string text, parseError;
-        if (!readFile(path, text)) {
-            cache.error = "cannot read " + path;
-        } else if (!parseJson(text, cache.value, &parseError)) {
+        cache.text = text;
+        cache.loaded = true;
+        std::string parseError;
+        if (!parseJson(text, cache.value, &parseError)) {
             cache.error = path + " is not valid JSON: " + parseError;
         } else if (!cache.value.isObject()) {
             cache.error = path + " must hold one JSON object";
@@ -384,7 +389,7 @@ bool vconfRead(const std::string& key, VconfValue& value)
     if (newline == std::string::npos)
         return false;
     const std::string type = text.substr(0, newline);
-    const std::string body = text.substr(newline + 1);
+    std::string body = text.substr(newline + 1);
     char* end = nullptr;
     errno = 0;
     if (type == "string") {
@@ -392,6 +397,9 @@ bool vconfRead(const std::string& key, VconfValue& value)
         value.s = body;
         return true;
     }
+    // A number or flag written by hand usually ends with a newline.
+    if (!body.empty() && body.back() == '\n')
+        body.pop_back();
     if (type == "int") {
         const long v = std::strtol(body.c_str(), &end, 10);
         if (end == body.c_str() || *end || errno || v < INT32_MIN || v > INT32_MAX)
@@ -465,10 +473,13 @@ bool vconfFromJson(const Json::Value& json, VconfValue& value)
     if (json.isBool()) {
         value.type = VconfValue::Bool;
         value.b = json.asBool();
-    } else if (json.isInt()) {
+    } else if (json.type() == Json::intValue || json.type() == Json::uintValue) {
+        // 1.0 stays a double; an integer outside the key store's range is refused.
+        if (!json.isInt())
+            return false;
         value.type = VconfValue::Int;
         value.i = json.asInt();
-    } else if (json.isDouble()) {
+    } else if (json.type() == Json::realValue) {
         value.type = VconfValue::Double;
         value.d = json.asDouble();
     } else if (json.isString()) {
@@ -774,7 +785,44 @@ bool applyDatastore(const Json::Value& tables, std::string* error)
     return ok ? true : fail(message);
 }
 
-bool applyFiles(const Json::Value& files, const std::string& baseDir, std::string* error)
+// The shape of a datastore section, checked before anything is written.
+bool checkDatastore(const Json::Value& tables, std::string* error)
+{
+    auto fail = [error](const std::string& message) {
+        if (error)
+            *error = "datastore: " + message;
+        return false;
+    };
+    if (!tables.isObject())
+        return fail("must be an object from table name to an array of rows");
+    for (const auto& table : tables.getMemberNames()) {
+        const Json::Value& rows = tables[table];
+        if (!rows.isArray())
+            return fail("table \"" + table + "\" must be an array of rows");
+        for (const auto& row : rows) {
+            if (!row.isObject())
+                return fail("each row of \"" + table + "\" must be an object");
+            for (const auto& column : row.getMemberNames()) {
+                const Json::Value& value = row[column];
+                if (!value.isString() && !value.isIntegral() && !value.isNull())
+                    return fail("column \"" + column + "\" of \"" + table +
+                                "\" must hold text or an integer");
+            }
+        }
+    }
+    return true;
+}
+
+struct PlannedFile {
+    std::string target;
+    std::string content;
+    bool executable = false;
+};
+
+// Resolves every entry of a files section, reading "from" sources, without
+// writing anything: a refused entry leaves the device as it was.
+bool planFiles(const Json::Value& files, const std::string& baseDir,
+               std::vector<PlannedFile>& plan, std::string* error)
 {
     auto fail = [error](const std::string& message) {
         if (error)
@@ -786,12 +834,12 @@ bool applyFiles(const Json::Value& files, const std::string& baseDir, std::strin
     for (const auto& file : files) {
         if (!file.isObject())
             return fail("each entry must be an object");
-        std::string target;
+        PlannedFile planned;
         if (file["path"].isString()) {
             const std::string path = file["path"].asString();
             if (path.empty() || path[0] != '/' || path.find("..") != std::string::npos)
                 return fail("\"path\" must be an absolute appliance path: " + path);
-            target = hostPath(path);
+            planned.target = hostPath(path);
         } else if (file.isMember("tzplatform")) {
             const Json::Value& var = file["tzplatform"];
             const TzVariable* variable = var.isInt() ? tzVariable(var.asInt())
@@ -799,36 +847,67 @@ bool applyFiles(const Json::Value& files, const std::string& baseDir, std::strin
                                                           : nullptr;
             if (!variable)
                 return fail("unknown tzplatform variable " + writeJson(var, false));
-            if (!file["name"].isString() || file["name"].asString().find("..") != std::string::npos)
-                return fail("an entry with \"tzplatform\" needs a \"name\"");
-            target = hostPath(std::string(variable->path) + "/" + file["name"].asString());
+            if (!file["name"].isString() || file["name"].asString().empty() ||
+                file["name"].asString().find("..") != std::string::npos)
+                return fail("an entry with \"tzplatform\" needs a \"name\" without \"..\"");
+            planned.target = hostPath(std::string(variable->path) + "/" + file["name"].asString());
         } else if (file["device"].isString()) {
             const std::string path = file["device"].asString();
             if (path.empty() || path[0] == '/' || path.find("..") != std::string::npos)
                 return fail("\"device\" must be relative to the device directory: " + path);
-            target = devicePath(path);
+            planned.target = devicePath(path);
         } else {
             return fail("each entry needs \"path\", \"tzplatform\" and \"name\", or \"device\"");
         }
-        std::string content;
         if (file["text"].isString()) {
-            content = file["text"].asString();
+            planned.content = file["text"].asString();
         } else if (file.isMember("json")) {
-            content = writeJson(file["json"], true) + "\n";
+            planned.content = writeJson(file["json"], true) + "\n";
         } else if (file["from"].isString()) {
             std::string from = file["from"].asString();
             if (!from.empty() && from[0] != '/')
                 from = baseDir + "/" + from;
-            if (!readFile(from, content))
+            if (!readFile(from, planned.content))
                 return fail("cannot read " + from);
         } else {
             return fail("each entry needs \"text\", \"json\" or \"from\"");
         }
-        if (!writeFileAtomic(target, content))
-            return fail("cannot write " + target);
-        if (file.get("executable", false).asBool())
-            ::chmod(target.c_str(), 0755);
+        const Json::Value& executable = file["executable"];
+        if (!executable.isNull() && !executable.isBool())
+            return fail("\"executable\" must be true or false");
+        planned.executable = executable.asBool();
+        plan.push_back(planned);
     }
+    return true;
+}
+
+bool writeFiles(const std::vector<PlannedFile>& plan, std::string* error)
+{
+    for (const auto& file : plan) {
+        if (!writeFileAtomic(file.target, file.content) ||
+            (file.executable && ::chmod(file.target.c_str(), 0755) != 0)) {
+            if (error)
+                *error = "files: cannot write " + file.target;
+            return false;
+        }
+    }
+    return true;
+}
+
+// The directories that every appliance has, so that a fresh device takes
+// files under the platform's path variables as the appliance does.
+bool makeStandardDirs()
+{
+    for (const auto& variable : tzVariables())
+        if (!makeDirs(hostPath(variable.path)))
+            return false;
+    // The voice-control daemon's own folder, the engine's installed resources
+    // and the media folder of the appliance's first user, as the appliance's
+    // image has them.
+    for (const char* folder : {"/home/owner/share/.voice/vc", "/usr/share/voice/vc/1.0/engine-data/marl/shared/res/en_US",
+                               "/opt/usr/home/owner/media/Sounds"})
+        if (!makeDirs(hostPath(folder)))
+            return false;
     return true;
 }
 
@@ -852,10 +931,21 @@ bool applyDescription(const Json::Value& description, const std::string& baseDir
         if (!known)
             return fail("unknown section \"" + name + "\"");
     }
-    if (!makeDirs(deviceDir()) || !makeDirs(rootDir()) || !makeDirs(devicePath("log")))
-        return fail("cannot create the device directory " + deviceDir());
 
-    // Validate what can be validated before anything is written.
+    // Validate everything before anything is written: a refused description
+    // leaves the device as it was.
+    const Json::Value& errors = description["errors"];
+    if (!errors.isNull() && !errors.isObject())
+        return fail("errors: must be an object from function name to error code");
+    for (const auto& function : errors.getMemberNames())
+        if (!errors[function].isInt() && !errors[function].isString())
+            return fail("errors: \"" + function + "\" must be a number or an error name");
+    if (description.isMember("datastore") && !checkDatastore(description["datastore"], error))
+        return false;
+    std::vector<PlannedFile> plannedFiles;
+    if (description.isMember("files") &&
+        !planFiles(description["files"], baseDir, plannedFiles, error))
+        return false;
     AppsState apps;
     if (description.isMember("apps") && !appsFromJson(description["apps"], apps, error))
         return false;
@@ -869,7 +959,6 @@ bool applyDescription(const Json::Value& description, const std::string& baseDir
         if (!vconfFromJson(keys[key], value) && !keys[key].isNull())
             return fail("vconf: \"" + key + "\" must be text, a number, true, false or null");
     }
-
     Json::Value current;
     std::string loadError;
     if (!loadDescription(current, &loadError)) {
@@ -878,6 +967,10 @@ bool applyDescription(const Json::Value& description, const std::string& baseDir
             return fail(loadError);
         current = Json::Value(Json::objectValue);
     }
+    if (!makeDirs(deviceDir()) || !makeDirs(rootDir()) || !makeDirs(devicePath("log")) ||
+        !makeStandardDirs())
+        return fail("cannot create the device directory " + deviceDir());
+
     bool platformChanged = false;
     for (const auto& name : platform) {
         if (description.isMember(name)) {
@@ -902,7 +995,7 @@ bool applyDescription(const Json::Value& description, const std::string& baseDir
     }
     if (description.isMember("datastore") && !applyDatastore(description["datastore"], error))
         return false;
-    if (description.isMember("files") && !applyFiles(description["files"], baseDir, error))
+    if (!writeFiles(plannedFiles, error))
         return false;
     return true;
 }

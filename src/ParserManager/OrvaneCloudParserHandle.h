@@ -24,6 +24,7 @@ public:
     void executeDriverResponse(std::string driverResponse) override;
 
 private:
+    friend class PluginTestAccess;
     void _createParser();
     void _removeParser();
 

@@ -32,6 +32,34 @@ void removeFile(const std::string& path)
         unlink(path.c_str());
 }
 
+// Timers belong to the main loop; the speech library and the parser call in
+// from threads of their own, so their timer work is handed to the main loop.
+struct TimerWork {
+    ServerTtsManager* manager;
+    Ecore_Task_Cb callback;
+    Ecore_Timer* timer;
+};
+
+void* addTimerOnMainLoop(void* data)
+{
+    TimerWork* work = static_cast<TimerWork*>(data);
+    work->timer = ecore_timer_add(TTS_WAIT_SECONDS, work->callback, work->manager);
+    return work->timer;
+}
+
+void* deleteTimerOnMainLoop(void* data)
+{
+    ecore_timer_del(static_cast<TimerWork*>(data)->timer);
+    return nullptr;
+}
+
+void* onMainLoop(Ecore_Data_Cb work, TimerWork* data)
+{
+    if (eina_main_loop_is())
+        return work(data);
+    return ecore_main_loop_thread_safe_call_sync(work, data);
+}
+
 }  // namespace
 
 ServerTtsManager::ServerTtsManager()
@@ -136,7 +164,8 @@ bool ServerTtsManager::requestServerTtsWait(_cloudParserResults* pendedResult)
         delete mPendedResult;
         mPendedResult = nullptr;
     }
-    mWaitingTimer = ecore_timer_add(TTS_WAIT_SECONDS, __waitingTimerExpiredCb, this);
+    TimerWork work = {this, __waitingTimerExpiredCb, nullptr};
+    mWaitingTimer = static_cast<Ecore_Timer*>(onMainLoop(addTimerOnMainLoop, &work));
     if (!mWaitingTimer)
         return false;
     mPendedResult = pendedResult;
@@ -372,8 +401,10 @@ bool ServerTtsManager::stopPlayingServerTts()
 
 void ServerTtsManager::_removeWatingTimer()
 {
-    if (mWaitingTimer)
-        ecore_timer_del(mWaitingTimer);
+    if (mWaitingTimer) {
+        TimerWork work = {this, nullptr, mWaitingTimer};
+        onMainLoop(deleteTimerOnMainLoop, &work);
+    }
     mWaitingTimer = nullptr;
     delete mPendedResult;
     mPendedResult = nullptr;

@@ -138,6 +138,7 @@ public:
     std::string deviceProfile;
 
 private:
+    friend class PluginTestAccess;
     std::string _getTargetServerAddress(_orvaneServerIndex index);
 };
 

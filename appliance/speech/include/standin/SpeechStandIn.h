@@ -5,8 +5,10 @@
 //
 // Observations are JSON objects, one per call of the observer, in the order the
 // library saw them. Every object has "what" and "thread" ("caller" when the
-// plug-in called in, "library" when the library's own thread acted):
-//   {"what":"init","config":{...all Config fields by name...}}
+// plug-in called in, "library" when the library's own thread acted; the
+// parser's observations say "library" when the plug-in called the parser from
+// a speech listener, as it normally does):
+//   {"what":"init","config":{...all Config fields by name...},"recognitionManager":true}
 //   {"what":"changeLocale","locale":"en-US"}
 //   {"what":"setCommandList","document":"<text>"}
 //   {"what":"syncUserData"}
@@ -15,9 +17,14 @@
 //   {"what":"deviceData","facets":{"Alarm":{"getDefaultAlarmName":"Alarm",...},...},
 //        "nluParams":{"System":"{...}","Recipe":null,...} or null,
 //        "recoState":"{...}" or null}
-//   {"what":"audio","samples":320,"total":3200}
+//        (pulled on the library's thread at each accepted start; one "facets"
+//        member per facet, named as in getDevice<Name>Data, null for a null
+//        facet; see appliance/speech/README.md)
+//   {"what":"audio","samples":320,"total":3200,"epd":false}   (total: samples since the last start)
 //   {"what":"speech","event":"begin"|"end"}
 //   {"what":"processDriverResponse","text":"..."}
+//   {"what":"processText","length":5} / {"what":"processListEvent","text":"..."}
+//   {"what":"processHepticEvent","text":"..."}
 //   {"what":"stopRecognition"} / {"what":"cancelRecognition"}
 //   {"what":"deliver","event":{...the scripted server event...}}
 //   {"what":"parse","data":"...","responseType":1,"isLast":true}      (parser stand-in)
@@ -33,7 +40,9 @@ extern "C" {
 
 typedef void (*speech_standin_observer_cb)(const char* json, void* user_data);
 
-// Receives every observation; called on whichever thread made it. Null stops.
+// Receives every observation; called on whichever thread made it, one at a
+// time. The observer must not wait for the library (speech_standin_wait_idle)
+// since the library's thread may be waiting to report. Null stops.
 void speech_standin_set_observer(speech_standin_observer_cb observer, void* user_data);
 
 // The server's events for the next voice turn: a JSON array of event objects as
@@ -45,11 +54,17 @@ void speech_standin_set_observer(speech_standin_observer_cb observer, void* user
 int speech_standin_script_turn(const char* events_json);
 
 // Waits until the library's thread has delivered every scripted event and has
-// nothing queued. Returns 0 when idle, -1 on time-out.
+// nothing queued. Returns 0 when idle, -1 on time-out. Scripts whose turn has
+// not been stopped yet do not count; a delivery paused by a driverRequest
+// does, so it times out until the driver-response turn is stopped. Returns 0
+// at once when the library is not initialised, -1 at once on its own thread.
 int speech_standin_wait_idle(int timeout_ms);
 
-// Test hooks: the next startRecognition answers `accepted`; getState answers
+// Test hooks: the next startRecognition answers `accepted` (one start only; a
+// refused start opens no turn and pulls no device data); getState answers
 // `state`; Tessel::init makes no recognition manager when `without_manager`.
+// Tessel::shutdown returns the hooks to their defaults and forgets the
+// scripts not yet delivered.
 void speech_standin_set_start_result(int accepted);
 void speech_standin_set_state(int state);
 void speech_standin_set_without_manager(int without_manager);

@@ -1,0 +1,48 @@
+/* Data connections: the connection handle and the proxy address. */
+#ifndef __TIZEN_NETWORK_CONNECTION_H__
+#define __TIZEN_NETWORK_CONNECTION_H__
+
+#include <tizen_error.h>
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+typedef void *connection_h;
+
+typedef enum {
+    CONNECTION_ADDRESS_FAMILY_IPV4 = 0,
+    CONNECTION_ADDRESS_FAMILY_IPV6 = 1
+} connection_address_family_e;
+
+typedef enum {
+    CONNECTION_ERROR_NONE = TIZEN_ERROR_NONE,
+    CONNECTION_ERROR_INVALID_PARAMETER = TIZEN_ERROR_INVALID_PARAMETER,
+    CONNECTION_ERROR_OUT_OF_MEMORY = TIZEN_ERROR_OUT_OF_MEMORY,
+    CONNECTION_ERROR_INVALID_OPERATION = TIZEN_ERROR_INVALID_OPERATION,
+    CONNECTION_ERROR_ADDRESS_FAMILY_NOT_SUPPORTED = -EAFNOSUPPORT, /* TIZEN_ERROR_ADDRESS_FAMILY_NOT_SUPPORTED */
+    CONNECTION_ERROR_OPERATION_FAILED = TIZEN_ERROR_CONNECTION | 0x0401,
+    CONNECTION_ERROR_ITERATOR_END = TIZEN_ERROR_CONNECTION | 0x0402,
+    CONNECTION_ERROR_NO_CONNECTION = TIZEN_ERROR_CONNECTION | 0x0403,
+    CONNECTION_ERROR_NOW_IN_PROGRESS = -EINPROGRESS, /* TIZEN_ERROR_NOW_IN_PROGRESS */
+    CONNECTION_ERROR_ALREADY_EXISTS = TIZEN_ERROR_CONNECTION | 0x0404,
+    CONNECTION_ERROR_OPERATION_ABORTED = TIZEN_ERROR_CONNECTION | 0x0405,
+    CONNECTION_ERROR_DHCP_FAILED = TIZEN_ERROR_CONNECTION | 0x0406,
+    CONNECTION_ERROR_INVALID_KEY = TIZEN_ERROR_CONNECTION | 0x0407,
+    CONNECTION_ERROR_NO_REPLY = TIZEN_ERROR_CONNECTION | 0x0408,
+    CONNECTION_ERROR_PERMISSION_DENIED = TIZEN_ERROR_PERMISSION_DENIED,
+    CONNECTION_ERROR_NOT_SUPPORTED = TIZEN_ERROR_NOT_SUPPORTED
+} connection_error_e;
+
+/* The caller releases *connection with connection_destroy. */
+int connection_create(connection_h *connection);
+int connection_destroy(connection_h connection);
+/* The caller frees *proxy. */
+int connection_get_proxy(connection_h connection, connection_address_family_e address_family,
+                         char **proxy);
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif

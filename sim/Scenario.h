@@ -1,0 +1,68 @@
+// A scenario: one daemon session with the plug-in, read from one JSON file and
+// checked as a whole before anything is loaded.
+#pragma once
+
+#include <json/json.h>
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace sim
+{
+
+// A text argument that may also be null (JSON null or an absent member).
+struct OptText {
+    bool set = false;
+    std::string text;
+    const char* c_str() const { return set ? text.c_str() : nullptr; }
+};
+
+struct Command {
+    int id = 0;
+    int type = 1;
+    int format = 0;
+    std::string command;
+    OptText param;
+    int domain = 0;
+};
+
+struct PrivateData {
+    OptText key;
+    OptText data;
+};
+
+struct Turn {
+    std::vector<int16_t> audio;            // 16 kHz mono samples
+    std::string audioSource;               // what the audio is, for the transcript
+    bool cancel = false;                   // end by cancel instead of stop
+    Json::Value server;                    // the speech service's events; file paths made absolute
+    std::vector<PrivateData> privateData;  // sent just before the turn starts
+};
+
+struct Scenario {
+    std::string path;    // as given
+    std::string dir;     // absolute folder of the file
+    Json::Value device;  // device description, null when absent
+    OptText domain;
+    std::string language;
+    std::vector<Command> commands;
+    std::vector<PrivateData> privateData;
+    std::vector<Turn> turns;
+    // What the normalized transcript keeps of the device data pulled at each
+    // recognition start: names that lines begin with ("Timer.", "recoState").
+    std::vector<std::string> compareDeviceData;
+};
+
+// Reads and checks the whole scenario. On failure `error` names the path of
+// the bad member ("turns[1].server[0].confidence: must be an integer").
+bool loadScenario(const std::string& path, Scenario& out, std::string& error);
+
+// 16 kHz mono 16-bit PCM from a WAV file; anything else is refused with a
+// message that tells what the file holds.
+bool readWav(const std::string& file, std::vector<int16_t>& samples, std::string& error);
+
+// A loud tone of speechMs followed by silenceMs of silence, at 16 kHz.
+std::vector<int16_t> synthesize(unsigned speechMs, unsigned silenceMs);
+
+}  // namespace sim

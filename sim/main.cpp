@@ -1,0 +1,276 @@
+// marl-sim: the voice-control daemon's side of a session with the engine
+// plug-in, on the virtual appliance. See README.md beside this file.
+//
+//   marl-sim run SCENARIO.json [--device DIR] [--plugin PATH] [--json FILE]
+//                              [--fast] [--normalized] [--timeout SECONDS]
+//   marl-sim info [--plugin PATH]
+#include "Scenario.h"
+#include "Session.h"
+#include "Transcript.h"
+
+#include "vappliance/Device.h"
+
+#include <Ecore.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <ctime>
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <vector>
+
+namespace fs = std::filesystem;
+
+namespace
+{
+
+const char* const kFsmap = "libvappliance-fsmap.so";
+
+int usage(const std::string& problem = "")
+{
+    if (!problem.empty())
+        std::fprintf(stderr, "marl-sim: %s\n", problem.c_str());
+    std::fprintf(stderr,
+                 "usage: marl-sim run SCENARIO.json [--device DIR] [--plugin PATH] [--json FILE]\n"
+                 "                                  [--fast] [--normalized] [--timeout SECONDS]\n"
+                 "       marl-sim info [--plugin PATH]\n");
+    return sim::kExitUsage;
+}
+
+int fail(const std::string& message)
+{
+    std::fprintf(stderr, "marl-sim: %s\n", message.c_str());
+    return sim::kExitFailed;
+}
+
+fs::path executableDir()
+{
+    std::error_code ec;
+    const fs::path self = fs::read_symlink("/proc/self/exe", ec);
+    return ec ? fs::path(".") : self.parent_path();
+}
+
+// The process hosts the plug-in, which writes to absolute appliance paths:
+// the file-system map must be preloaded. Re-executes itself with it when it
+// isn't; returns only when it is in place or cannot be.
+std::string ensureFsmap(char** argv)
+{
+    const char* preload = std::getenv("LD_PRELOAD");
+    if (preload && std::string(preload).find(kFsmap) != std::string::npos)
+        return "";
+    const fs::path fsmap = executableDir() / ".." / "lib" / kFsmap;
+    std::error_code ec;
+    if (!fs::is_regular_file(fsmap, ec))
+        return "cannot find " + fsmap.lexically_normal().string() +
+               "; set LD_PRELOAD to the file-system map of the virtual appliance";
+    std::string value = fsmap.lexically_normal().string();
+    if (preload && *preload)
+        value += std::string(":") + preload;
+    ::setenv("LD_PRELOAD", value.c_str(), 1);
+    ::execv("/proc/self/exe", argv);
+    return "cannot re-execute with the file-system map preloaded";
+}
+
+std::string isoNow()
+{
+    char buffer[64];
+    const std::time_t now = std::time(nullptr);
+    std::strftime(buffer, sizeof buffer, "%Y-%m-%dT%H:%M:%S%z", std::localtime(&now));
+    return buffer;
+}
+
+struct Args {
+    std::string command, scenario, device, plugin, json;
+    bool fast = false, normalized = false;
+    double timeout = 15.0;
+};
+
+bool parseArgs(int argc, char** argv, Args& args, std::string& problem)
+{
+    std::vector<std::string> list(argv + 1, argv + argc);
+    if (list.empty()) {
+        problem = "no command";
+        return false;
+    }
+    args.command = list[0];
+    if (args.command != "run" && args.command != "info") {
+        problem = "unknown command \"" + args.command + "\"";
+        return false;
+    }
+    for (size_t i = 1; i < list.size(); ++i) {
+        const std::string& a = list[i];
+        auto value = [&](std::string& out) {
+            if (i + 1 >= list.size()) {
+                problem = a + " needs a value";
+                return false;
+            }
+            out = list[++i];
+            return true;
+        };
+        if (a == "--plugin") {
+            if (!value(args.plugin))
+                return false;
+        } else if (args.command == "run" && a == "--device") {
+            if (!value(args.device))
+                return false;
+        } else if (args.command == "run" && a == "--json") {
+            if (!value(args.json))
+                return false;
+        } else if (args.command == "run" && a == "--timeout") {
+            std::string text;
+            if (!value(text))
+                return false;
+            char* end = nullptr;
+            args.timeout = std::strtod(text.c_str(), &end);
+            if (text.empty() || *end || !(args.timeout > 0)) {
+                problem = "--timeout takes a number of seconds above 0, not \"" + text + "\"";
+                return false;
+            }
+        } else if (args.command == "run" && a == "--fast") {
+            args.fast = true;
+        } else if (args.command == "run" && a == "--normalized") {
+            args.normalized = true;
+        } else if (args.command == "run" && args.scenario.empty() && !a.empty() && a[0] != '-') {
+            args.scenario = a;
+        } else {
+            problem = "unexpected argument \"" + a + "\"";
+            return false;
+        }
+    }
+    if (args.command == "run" && args.scenario.empty()) {
+        problem = "run needs a scenario file";
+        return false;
+    }
+    return true;
+}
+
+std::string pluginPath(const Args& args)
+{
+    if (!args.plugin.empty())
+        return args.plugin;
+    if (const char* env = std::getenv("MARL_PLUGIN"); env && *env)
+        return env;
+    return (executableDir() / ".." / "lib" / "libvc-engine-marl.so").lexically_normal().string();
+}
+
+// Quiet defaults for EFL on a host without system services.
+void quietEfl()
+{
+    ::setenv("ECORE_NO_SYSTEM_MODULES", "1", 0);
+    ::setenv("EINA_LOG_BACKTRACE", "-1", 0);
+}
+
+int info(const Args& args)
+{
+    quietEfl();
+    Json::Value identity;
+    std::string error;
+    if (!sim::probeEngine(pluginPath(args), identity, nullptr, error))
+        return fail(error);
+    std::printf("plugin %s\nuuid %s\nname %s\nsetting %s\nneeds network %s\n",
+                pluginPath(args).c_str(), identity["uuid"].asCString(),
+                identity["name"].asCString(), identity["setting"].asCString(),
+                identity["needsNetwork"].asBool() ? "yes" : "no");
+    return sim::kExitOk;
+}
+
+int run(const Args& args)
+{
+    sim::Scenario scenario;
+    std::string error;
+    if (!sim::loadScenario(args.scenario, scenario, error))
+        return fail(error);
+
+    // The device: --device, else MARL_DEVICE_DIR, else a fresh one for this run.
+    std::string device = args.device;
+    bool temporary = false;
+    if (device.empty()) {
+        if (const char* env = std::getenv("MARL_DEVICE_DIR"); env && *env)
+            device = env;
+    }
+    if (device.empty()) {
+        std::string pattern = (fs::temp_directory_path() / "marl-sim-XXXXXX").string();
+        if (!::mkdtemp(pattern.data()))
+            return fail("cannot make a temporary device directory in " +
+                        fs::temp_directory_path().string());
+        device = pattern;
+        temporary = true;
+    }
+    device = fs::absolute(device).lexically_normal().string();
+    ::setenv("MARL_DEVICE_DIR", device.c_str(), 1);
+    const Json::Value description =
+        scenario.device.isNull() ? Json::Value(Json::objectValue) : scenario.device;
+    if (!vapp::applyDescription(description, scenario.dir, &error))
+        return fail(args.scenario + ": device: " + error);
+
+    sim::Options options;
+    options.plugin = pluginPath(args);
+    options.fast = args.fast;
+    options.turnTimeout = args.timeout;
+
+    quietEfl();
+    ecore_init();
+    sim::Transcript transcript;
+    Json::Value& header = transcript.header;
+    header["scenario"]["file"] = fs::absolute(args.scenario).lexically_normal().string();
+    header["scenario"]["name"] = fs::path(args.scenario).filename().string();
+    header["plugin"] = options.plugin;
+    header["device"]["dir"] = device;
+    header["device"]["temporary"] = temporary;
+    header["started"] = isoNow();
+    header["options"]["fast"] = options.fast;
+    header["options"]["turnTimeoutSeconds"] = options.turnTimeout;
+
+    Json::Value identity;
+    int code = sim::kExitOk;
+    if (!sim::probeEngine(options.plugin, identity, &transcript, error))
+        code = sim::kExitFailed;
+    header["engine"] = identity;
+    if (code == sim::kExitOk)
+        code = sim::runSession(scenario, options, transcript, error);
+    ecore_shutdown();
+
+    const auto entries = transcript.entries();
+    sim::RenderOptions render;
+    render.normalized = args.normalized;
+    render.nowEpochMs = transcript.startEpochMs();
+    render.deviceDataKept = scenario.compareDeviceData;
+    render.substitutions = {
+        {device, "$DEVICE"}, {scenario.dir, "$SCENARIO"}, {options.plugin, "$PLUGIN"}};
+    std::fputs(sim::render(header, entries, render).c_str(), stdout);
+    std::fflush(stdout);
+
+    if (!args.json.empty()) {
+        Json::Value document;
+        document["header"] = header;
+        document["entries"] = Json::Value(Json::arrayValue);
+        for (const auto& entry : entries)
+            document["entries"].append(entry);
+        Json::StreamWriterBuilder builder;
+        builder["indentation"] = " ";
+        std::ofstream out(args.json);
+        out << Json::writeString(builder, document) << "\n";
+        if (!out.good())
+            return fail("cannot write " + args.json);
+    }
+    if (!error.empty())
+        std::fprintf(stderr, "marl-sim: %s\n", error.c_str());
+    if (code == sim::kExitTimedOut)
+        std::fprintf(stderr, "marl-sim: a turn timed out; see the transcript's notes\n");
+    return code;
+}
+
+}  // namespace
+
+int main(int argc, char** argv)
+{
+    Args args;
+    std::string problem;
+    if (!parseArgs(argc, argv, args, problem))
+        return usage(problem);
+    if (const std::string why = ensureFsmap(argv); !why.empty() && args.command == "run")
+        return fail(why);
+    return args.command == "info" ? info(args) : run(args);
+}

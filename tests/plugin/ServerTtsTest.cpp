@@ -1,0 +1,232 @@
+#include "PluginFixture.h"
+
+#include "RetrieveManager/CustomizedDataRetrieveManager.h"
+#include "RetrieveManager/ICustomizedServerDefines.h"
+#include "ServerTts/ServerTtsManager.h"
+#include "fwWrapper/MarlEngineWrapper.h"
+
+#include <chrono>
+#include <cstring>
+#include <fstream>
+#include <iterator>
+
+using marltest::EngineTest;
+using marltest::daemon;
+
+namespace {
+
+// The samples of a WAV file's data chunk.
+std::vector<short> wavSamples(const std::string& path)
+{
+    std::ifstream in(path, std::ios::binary);
+    std::string bytes((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+    std::vector<short> samples;
+    size_t at = 12;
+    while (at + 8 <= bytes.size()) {
+        uint32_t size = 0;
+        std::memcpy(&size, bytes.data() + at + 4, 4);
+        if (bytes.compare(at, 4, "data") == 0) {
+            samples.resize(size / 2);
+            std::memcpy(samples.data(), bytes.data() + at + 8, samples.size() * 2);
+            break;
+        }
+        at += 8 + size + (size & 1);
+    }
+    return samples;
+}
+
+std::vector<Json::Value> playbacks()
+{
+    std::vector<Json::Value> found;
+    for (const auto& entry : vapp::readJournal())
+        if (entry["event"].asString() == "audio_playback")
+            found.push_back(entry);
+    return found;
+}
+
+_cloudParserResults* action(const std::string& nlu)
+{
+    return new _cloudParserResults{nlu, "Timer", "Set Timer"};
+}
+
+std::string speechOf(std::initializer_list<short> samples)
+{
+    std::string bytes(samples.size() * 2, '\0');
+    std::memcpy(&bytes[0], samples.begin(), bytes.size());
+    return bytes;
+}
+
+// Server definitions with user play and no speech file path.
+class NoPathServerDefines : public ICustomizedServerDefines {
+public:
+    bool useServerTts() override { return true; }
+    bool userPlayServerTts() override { return true; }
+    std::string getServerTtsAudioPath() override { return ""; }
+};
+
+class NoPathSet : public ICustomizedDataRetrieve {
+public:
+    ICustomizedServerDefines* getServerDefineRetriever() override { return &mDefines; }
+
+private:
+    NoPathServerDefines mDefines;
+};
+
+}  // namespace
+
+// The appliance language 5 turns user play off: the plug-in plays the speech.
+class ServerTtsPlayback : public EngineTest {
+protected:
+    ServerTtsPlayback() : EngineTest(R"({"vconf": {"db/orvane/setting/lang": 5}, "audio_out": {"write_returns": "zero"}})") {}
+    ServerTtsManager* tts() { return wrapper()->getServerTtsManager(); }
+    bool played(size_t count)
+    {
+        return marltest::runLoopUntil([&] { return playbacks().size() >= count && !tts()->getOnPlaying(); }, 5000);
+    }
+};
+
+TEST_F(ServerTtsPlayback, SpeechIsPlayedAt24kMonoWithGainInPiecesOf40Bytes)
+{
+    std::string speech = speechOf({20000, -20000, 100, -100});
+    speech.resize(85, '\0');
+    ASSERT_TRUE(tts()->copyServerTts(speech.data(), 50));
+    ASSERT_TRUE(tts()->copyServerTts(speech.data() + 50, 35));
+    ASSERT_TRUE(tts()->serverTtsReceiveDone());
+    EXPECT_TRUE(tts()->getReceived());
+    ASSERT_TRUE(played(1));
+    const Json::Value playback = playbacks()[0];
+    EXPECT_EQ(playback["rate"].asInt(), 24000);
+    EXPECT_EQ(playback["channels"].asInt(), 1);
+    EXPECT_EQ(playback["sample_type"].asInt(), 113);
+    EXPECT_EQ(playback["sound_type"].asInt(), 4);
+    EXPECT_EQ(playback["bytes"].asInt(), 85);  // 40, 40 and 5
+    const std::vector<short> samples = wavSamples(vapp::devicePath(playback["file"].asString()));
+    ASSERT_GE(samples.size(), 4u);
+    EXPECT_EQ(samples[0], 32767);
+    EXPECT_EQ(samples[1], -32768);
+    EXPECT_EQ(samples[2], 200);
+    EXPECT_EQ(samples[3], -200);
+}
+
+TEST_F(ServerTtsPlayback, TwoPlayRequestsInARowPlayOnce)
+{
+    const std::string speech(400, '\1');
+    ASSERT_TRUE(tts()->copyServerTts(speech.data(), speech.size()));
+    EXPECT_TRUE(tts()->requestServerTtsPlay(speech.data(), speech.size()));
+    EXPECT_TRUE(tts()->requestServerTtsPlay(speech.data(), speech.size()));
+    EXPECT_TRUE(marltest::logged("TTS is already on Playing - Ignore reqeusts"));
+    ASSERT_TRUE(played(1));
+    marltest::runLoopUntil([] { return false; }, 300);
+    EXPECT_EQ(playbacks().size(), 1u);
+}
+
+TEST_F(ServerTtsPlayback, ACopyOfLengthZeroLeavesTheBufferAlone)
+{
+    const char speech[2] = {1, 2};
+    EXPECT_FALSE(tts()->copyServerTts(speech, 0));
+    EXPECT_TRUE(marltest::logged("ttsBufferLen is 0"));
+    EXPECT_FALSE(tts()->copyServerTts(nullptr, 2));
+    EXPECT_FALSE(tts()->serverTtsReceiveDone());
+    EXPECT_TRUE(marltest::logged("mTtsBuf is NULL"));
+}
+
+TEST_F(ServerTtsPlayback, StoppingWithoutAPlaybackSaysSo)
+{
+    EXPECT_FALSE(tts()->requestServerTtsStop());
+    EXPECT_TRUE(marltest::logged("There is no playing TTS"));
+    EXPECT_FALSE(tts()->stopPlayingServerTts());
+    EXPECT_TRUE(marltest::logged("There is no handle"));
+}
+
+// The platform's audio output answers a write with the byte count.
+class ServerTtsOnThePlatform : public EngineTest {
+protected:
+    ServerTtsOnThePlatform() : EngineTest(R"({"vconf": {"db/orvane/setting/lang": 6}})") {}
+};
+
+TEST_F(ServerTtsOnThePlatform, AByteCountFromTheFirstWriteEndsThePlayback)
+{
+    ServerTtsManager* tts = wrapper()->getServerTtsManager();
+    const std::string speech(200, '\0');
+    ASSERT_TRUE(tts->copyServerTts(speech.data(), speech.size()));
+    ASSERT_TRUE(tts->serverTtsReceiveDone());
+    ASSERT_TRUE(marltest::runLoopUntil([] { return !playbacks().empty(); }, 5000));
+    EXPECT_EQ(playbacks()[0]["bytes"].asInt(), 40);
+    EXPECT_TRUE(marltest::logged("audio_out_write - ret[40]"));
+}
+
+// On a fresh appliance server speech goes to an outside player.
+class ServerTtsUserPlay : public EngineTest {
+protected:
+    void SetUp() override
+    {
+        EngineTest::SetUp();
+        ASSERT_EQ(setCommands({{9, 1, 5, "#org.tizen.Timer"}}), 0);
+        daemon().results.clear();
+    }
+    ServerTtsManager* tts() { return wrapper()->getServerTtsManager(); }
+};
+
+TEST_F(ServerTtsUserPlay, CompleteSpeechIsWrittenAsItCameAndReleasesTheWaitingAction)
+{
+    ASSERT_TRUE(tts()->getEnabled());
+    ASSERT_TRUE(tts()->getUserPlay());
+    ASSERT_TRUE(tts()->requestServerTtsWait(action("{\"n\":1}")));
+    const std::string speech = speechOf({20000, 100});
+    ASSERT_TRUE(tts()->copyServerTts(speech.data(), speech.size()));
+    EXPECT_TRUE(daemon().results.empty());
+    ASSERT_TRUE(tts()->serverTtsReceiveDone());
+    EXPECT_TRUE(tts()->getReceived());
+    std::string written;
+    ASSERT_TRUE(vapp::readFile(vapp::hostPath("/home/owner/share/ServerTTS.pcm"), written));
+    EXPECT_EQ(written, speech);  // no gain, no header
+    ASSERT_EQ(daemon().results.size(), 1u);
+    EXPECT_EQ(daemon().results[0].nlu, "{\"n\":1}");
+    EXPECT_EQ(daemon().results[0].ids, std::vector<int>{9});
+}
+
+TEST_F(ServerTtsUserPlay, ANewWaitDeletesTheOlderActionUnexecuted)
+{
+    ASSERT_TRUE(tts()->requestServerTtsWait(action("older")));
+    ASSERT_TRUE(tts()->requestServerTtsWait(action("newer")));
+    const char speech[2] = {1, 0};
+    ASSERT_TRUE(tts()->copyServerTts(speech, 2));
+    ASSERT_TRUE(tts()->serverTtsReceiveDone());
+    ASSERT_EQ(daemon().results.size(), 1u);
+    EXPECT_EQ(daemon().results[0].nlu, "newer");
+}
+
+TEST_F(ServerTtsUserPlay, SpeechBeforeAnyWaitingActionIsDropped)
+{
+    const char speech[2] = {1, 0};
+    ASSERT_TRUE(tts()->copyServerTts(speech, 2));
+    EXPECT_FALSE(tts()->serverTtsReceiveDone());
+    EXPECT_TRUE(marltest::logged("There is no pended item to play server tts"));
+    EXPECT_FALSE(tts()->getReceived());
+    std::string written;
+    EXPECT_FALSE(vapp::readFile(vapp::hostPath("/home/owner/share/ServerTTS.pcm"), written));
+}
+
+TEST_F(ServerTtsUserPlay, TheWaitExpiresAfterFiveSecondsAndTheActionGoesWithoutSpeech)
+{
+    const auto start = std::chrono::steady_clock::now();
+    ASSERT_TRUE(tts()->requestServerTtsWait(action("{\"late\":1}")));
+    ASSERT_TRUE(marltest::runLoopUntil([] { return !daemon().results.empty(); }, 8000));
+    const auto waited = std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now() - start);
+    EXPECT_GE(waited.count(), 4900);
+    EXPECT_EQ(daemon().results[0].nlu, "{\"late\":1}");
+    EXPECT_TRUE(marltest::logged("pended agentName[Timer]"));
+    EXPECT_FALSE(tts()->getReceived());
+}
+
+TEST_F(ServerTtsUserPlay, AnEmptySpeechPathWritesTheDefaultFile)
+{
+    wrapper()->getCustomizedDataRetrieveManager()->setUserRetriever(new NoPathSet());
+    ASSERT_TRUE(tts()->requestServerTtsWait(action("{}")));
+    const char speech[2] = {1, 0};
+    ASSERT_TRUE(tts()->copyServerTts(speech, 2));
+    ASSERT_TRUE(tts()->serverTtsReceiveDone());
+    std::string written;
+    EXPECT_TRUE(vapp::readFile(vapp::hostPath("/opt/usr/home/owner/media/Sounds/test.pcm"), written));
+    EXPECT_EQ(written, std::string(speech, 2));
+}
