@@ -7,4 +7,4 @@ bash scripts/setup.sh
 bash scripts/build.sh
 build=${MARL_BUILD_DIR:-build}
 scenario=${1:-scenarios/timer-dialogue.json}
-exec "$build/bin/marl-sim" run "$scenario" --fast
+exec "$build/bin/marl-sim" run "$scenario"

@@ -669,20 +669,19 @@ std::string datastorePath()
     return devicePath("datastore.db");
 }
 
+std::string quoteSqlIdentifier(const std::string& name)
+{
+    // SQLite's own quoting of an identifier.
+    char* quoted = sqlite3_mprintf("\"%w\"", name.c_str());
+    std::string text = quoted ? quoted : "\"\"";
+    sqlite3_free(quoted);
+    return text;
+}
+
 // --- descriptions -----------------------------------------------------------------
 
 namespace {
 
-std::string quoteIdentifier(const std::string& name)
-{
-    std::string quoted = "\"";
-    for (char c : name) {
-        quoted += c;
-        if (c == '"')
-            quoted += '"';
-    }
-    return quoted + "\"";
-}
 
 bool applyDatastore(const Json::Value& tables, std::string* error)
 {
@@ -740,17 +739,17 @@ bool applyDatastore(const Json::Value& tables, std::string* error)
         }
         if (!ok)
             break;
-        exec("DROP TABLE IF EXISTS " + quoteIdentifier(table));
-        std::string create = "CREATE TABLE " + quoteIdentifier(table) + " (";
+        exec("DROP TABLE IF EXISTS " + quoteSqlIdentifier(table));
+        std::string create = "CREATE TABLE " + quoteSqlIdentifier(table) + " (";
         for (size_t i = 0; i < columns.size(); ++i)
-            create += (i ? ", " : "") + quoteIdentifier(columns[i]);
+            create += (i ? ", " : "") + quoteSqlIdentifier(columns[i]);
         if (columns.empty())
             create += "\"_row\"";
         exec(create + ")");
         for (const auto& row : rows) {
             if (!ok || columns.empty())
                 break;
-            std::string sql = "INSERT INTO " + quoteIdentifier(table) + " VALUES (";
+            std::string sql = "INSERT INTO " + quoteSqlIdentifier(table) + " VALUES (";
             for (size_t i = 0; i < columns.size(); ++i)
                 sql += i ? ", ?" : "?";
             sqlite3_stmt* stmt = nullptr;

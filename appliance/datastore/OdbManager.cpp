@@ -34,17 +34,6 @@ int storeError(sqlite3* db)
     return code == SQLITE_NOTADB ? ODB_ERROR_NOT_A_DATABASE : ODB_ERROR_IO;
 }
 
-std::string quoteIdentifier(const std::string& name)
-{
-    std::string quoted = "\"";
-    for (char c : name) {
-        quoted += c;
-        if (c == '"')
-            quoted += '"';
-    }
-    return quoted + "\"";
-}
-
 // Walks the table's rows in rowid order and hands out every column that holds a value.
 int walkTable(sqlite3* db, const char* table, odb_manager_foreach_cb cb, void* userData)
 {
@@ -61,7 +50,7 @@ int walkTable(sqlite3* db, const char* table, odb_manager_foreach_cb cb, void* u
         return storeError(db);
 
     sqlite3_stmt* rows = nullptr;
-    const std::string sql = "SELECT * FROM " + quoteIdentifier(table) + " ORDER BY rowid";
+    const std::string sql = "SELECT * FROM " + vapp::quoteSqlIdentifier(table) + " ORDER BY rowid";
     if (sqlite3_prepare_v2(db, sql.c_str(), -1, &rows, nullptr) != SQLITE_OK)
         return storeError(db);
     int result = ODB_ERROR_NONE;

@@ -131,6 +131,8 @@ public:
     // without it.
     ~Engine()
     {
+        if (mThread.joinable())
+            stopThread();
     }
 
     bool withManager() const { return mWithManager; }

@@ -333,11 +333,7 @@ bool ServerTtsManager::playServerTts(const char* ttsBuffer, unsigned int ttsBuff
         }
     }
 
-    ret = audio_out_unprepare(mAudioOutHandle);
-    LOGD("audio_out_unprepare - ret[%d]", ret);
-    ret = audio_out_destroy(mAudioOutHandle);
-    LOGD("audio_out_destroy - ret[%d]", ret);
-    mAudioOutHandle = nullptr;
+    _closeAudioOut();
     mOnPlaying = false;
     return true;
 }
@@ -389,14 +385,19 @@ bool ServerTtsManager::stopPlayingServerTts()
         LOGD("There is no playing tts");
         return false;
     }
+    _closeAudioOut();
+    clearServerTts();
+    mOnPlaying = false;
+    return false;
+}
+
+void ServerTtsManager::_closeAudioOut()
+{
     int ret = audio_out_unprepare(mAudioOutHandle);
     LOGD("audio_out_unprepare - ret[%d]", ret);
     ret = audio_out_destroy(mAudioOutHandle);
     LOGD("audio_out_destroy - ret[%d]", ret);
     mAudioOutHandle = nullptr;
-    clearServerTts();
-    mOnPlaying = false;
-    return false;
 }
 
 void ServerTtsManager::_removeWatingTimer()

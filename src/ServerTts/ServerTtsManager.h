@@ -34,6 +34,7 @@ public:
 
 private:
     void _removeWatingTimer();
+    void _closeAudioOut();
     static void __threadStartCb(void* data, Ecore_Thread* thread);
     static void __threadEndCb(void* data, Ecore_Thread* thread);
     static void __threadCancelCb(void* data, Ecore_Thread* thread);

@@ -336,42 +336,41 @@ void MarlEngineWrapper::setDeviceProfile(std::string profile)
 
 // --- recognition control ------------------------------------------------------
 
+bool MarlEngineWrapper::_hasRecognitionManager()
+{
+    if (!pRecogMgr)
+        LOGE("There is no recognition Manager instantiated");
+    return pRecogMgr != nullptr;
+}
+
 bool MarlEngineWrapper::startRecognition(bool flag, bool keepContext, recogtype type, devicemode mode)
 {
-    if (!pRecogMgr) {
-        LOGE("There is no recognition Manager instantiated");
+    if (!_hasRecognitionManager())
         return false;
-    }
     getServerTtsManager()->init();
     return pRecogMgr->startRecognition(flag, keepContext, type, mode);
 }
 
 bool MarlEngineWrapper::stopRecognition()
 {
-    if (!pRecogMgr) {
-        LOGE("There is no recognition Manager instantiated");
+    if (!_hasRecognitionManager())
         return false;
-    }
     pRecogMgr->stopRecognition();
     return true;
 }
 
 bool MarlEngineWrapper::cancelRecognition()
 {
-    if (!pRecogMgr) {
-        LOGE("There is no recognition Manager instantiated");
+    if (!_hasRecognitionManager())
         return false;
-    }
     pRecogMgr->cancelRecognition();
     return true;
 }
 
 bool MarlEngineWrapper::processDriverResponse(std::string driverResponse)
 {
-    if (!pRecogMgr) {
-        LOGE("There is no recognition Manager instantiated");
+    if (!_hasRecognitionManager())
         return false;
-    }
     if (driverResponse.empty()) {
         LOGE("There is no string");
         return false;
@@ -382,10 +381,8 @@ bool MarlEngineWrapper::processDriverResponse(std::string driverResponse)
 
 bool MarlEngineWrapper::processAudio(short* buffer, int sampleCount, bool epd)
 {
-    if (!pRecogMgr) {
-        LOGE("There is no recognition Manager instantiated");
+    if (!_hasRecognitionManager())
         return false;
-    }
     if (!buffer) {
         LOGE("buffer is NULL");
         return false;
@@ -401,10 +398,8 @@ bool MarlEngineWrapper::processAudio(short* buffer, int sampleCount, bool epd)
 
 bool MarlEngineWrapper::processText(unsigned char* buffer, int length)
 {
-    if (!pRecogMgr) {
-        LOGE("There is no recognition Manager instantiated");
+    if (!_hasRecognitionManager())
         return false;
-    }
     if (!buffer) {
         LOGE("buffer is NULL");
         return false;
@@ -419,10 +414,8 @@ bool MarlEngineWrapper::processText(unsigned char* buffer, int length)
 
 bool MarlEngineWrapper::processListEvent(std::string listEvent)
 {
-    if (!pRecogMgr) {
-        LOGE("There is no recognition Manager instantiated");
+    if (!_hasRecognitionManager())
         return false;
-    }
     if (listEvent.empty()) {
         LOGE("listEvent has no length");
         return false;
@@ -433,10 +426,8 @@ bool MarlEngineWrapper::processListEvent(std::string listEvent)
 
 bool MarlEngineWrapper::processHepticEvent(std::string hapticEvent)
 {
-    if (!pRecogMgr) {
-        LOGE("There is no recognition Manager instantiated");
+    if (!_hasRecognitionManager())
         return false;
-    }
     if (hapticEvent.empty()) {
         LOGE("hapticEvent has no length");
         return false;

@@ -140,6 +140,7 @@ public:
 private:
     friend class PluginTestAccess;
     std::string _getTargetServerAddress(_orvaneServerIndex index);
+    bool _hasRecognitionManager();
 };
 
 #endif

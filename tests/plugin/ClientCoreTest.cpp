@@ -78,3 +78,22 @@ TEST(JsonConversion, AnObjectKeepsItsMembersThereAndBack)
     json_object_unref(object);
     json_object_unref(again);
 }
+
+#include "ClientManager/OrvaneVocabulary.h"
+
+TEST(SharedVocabulary, OddSpellingsAreTheWireWords)
+{
+    EXPECT_STREQ(ActionTypes::SERVER_REQUEST, "Server Reqeust");
+    EXPECT_STREQ(ActionTypes::FOLLOW_UP, "Follow-Up");
+    EXPECT_STREQ(ActionTypes::KEEP_CONTEXT, "Keep Context");
+    EXPECT_STREQ(AgentNames::DRIVING_MODE, "Drivingmode");
+    EXPECT_STREQ(AgentNames::VIDEO_PLAYER, "Video player");
+    EXPECT_STREQ(AgentNames::LAUNCH_ALL, "LaunchAll");
+    EXPECT_STREQ(AgentNames::LAUNCH_APPS, "Launch Apps");
+    EXPECT_STREQ(PageKeys::RESERVED_1, "  ");
+    EXPECT_STREQ(ResponseKeys::USER_COMPOSED_DRIVER_RESPONSE, "userComposedDriverResponse");
+    EXPECT_STREQ(ServerNames::ASR_RAMPCODE_DA, "dash_da");
+    EXPECT_STREQ(ServerNames::NLU_RAMPCODE_DA, "vbt_da");
+    EXPECT_STREQ(DeviceProfileNames::REFRIGERATOR, "Halden Refrigerator Smart Home Version 1.0 - Tizen SDK 3.0.0");
+    EXPECT_STREQ(RecognitionStateNames::ONE_WORD_CALL, "One Word Call");
+}

@@ -1,6 +1,9 @@
 #include "SpeechFixture.h"
 
+#include <unistd.h>
+
 #include <atomic>
+#include <cstdlib>
 #include <set>
 
 using namespace marltest;
@@ -105,6 +108,18 @@ TEST_F(SpeechLibraryLifecycleTest, ShutdownWaitsForTheListenerCallInProgress)
     // The event after the one in progress is dropped with the thread.
     std::this_thread::sleep_for(std::chrono::milliseconds(50));
     EXPECT_EQ(listener.names(), std::vector<std::string>{"onParseAction"});
+}
+
+TEST_F(SpeechLibraryLifecycleTest, ShutdownFromAListenerIsRefused)
+{
+    listener.parseHook = [&](RecognitionAgentResponse*) { Tessel::shutdown(); };
+    ASSERT_EQ(speech_standin_script_turn(R"([{"type":"action"},{"type":"partial","text":"still here"}])"), 0);
+    testing::internal::CaptureStderr();
+    voiceTurn();
+    const std::string err = testing::internal::GetCapturedStderr();
+    EXPECT_NE(Tessel::getInstance(), nullptr);
+    EXPECT_EQ(listener.names(), (std::vector<std::string>{"onParseAction", "onPartialResult"}));
+    EXPECT_NE(err.find("refused on the library's own thread"), std::string::npos) << err;
 }
 
 TEST_F(SpeechLibraryLifecycleTest, ShutdownCutsAWaitShortAndDropsTheRest)
@@ -237,6 +252,7 @@ TEST(SpeechLibraryLifecycleDeathTest, AProcessEndingWithoutShutdownExitsCleanly)
     GTEST_FLAG_SET(death_test_style, "threadsafe");
     EXPECT_EXIT(
         {
+            alarm(10);   // a hang at exit fails by SIGALRM instead of blocking the test
             static IEngineRetrieveDeviceData data;
             Tessel::init(Config(), &data);
             Tessel::getInstance()->getRecognitionManager()->startRecognition(false, false, RECOG_TYPE_VOICE,

@@ -124,8 +124,9 @@ bool updateApps(const std::function<void(AppsState&)>& change, std::string* erro
 // --- the journal -----------------------------------------------------------
 
 // Appends one JSON object as one line, with "time" (milliseconds since the
-// epoch) and "event" set. Events: "app_launch", "app_terminate",
-// "audio_playback", "vconf_set", "vconf_unset".
+// epoch) and "event" set. Events: "app_launch", "app_launch_refused",
+// "app_terminate", "audio_playback", "vconf_set", "vconf_unset",
+// "location_start", "location_stop".
 void journal(const char* event, Json::Value entry);
 // The entries from line `from` on (0 = all).
 std::vector<Json::Value> readJournal(size_t from = 0);
@@ -133,6 +134,8 @@ std::vector<Json::Value> readJournal(size_t from = 0);
 // --- the data store ----------------------------------------------------------
 
 std::string datastorePath();
+// A table or column name quoted for SQL.
+std::string quoteSqlIdentifier(const std::string& name);
 
 // --- descriptions ------------------------------------------------------------
 
