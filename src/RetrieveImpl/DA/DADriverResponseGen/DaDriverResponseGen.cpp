@@ -33,6 +33,13 @@ std::string DaDriverResponseGen::getActionName()
     return readText(requestNode.isObject() ? requestNode["action"] : Json::Value(), "name");
 }
 
+std::string DaDriverResponseGen::getParameter(const char* name)
+{
+    if (!requestNode.isObject() || !requestNode["data"].isObject())
+        return std::string();
+    return readText(requestNode["data"][name], "value");
+}
+
 DaDriverResponseGen::~DaDriverResponseGen()
 {
 }

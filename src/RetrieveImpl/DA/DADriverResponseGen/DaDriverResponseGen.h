@@ -24,6 +24,8 @@ protected:
     static std::string readText(const Json::Value& object, const char* key);
     // The request's action name.
     std::string getActionName();
+    // The "value" of one of the request's parameters; empty when missing.
+    std::string getParameter(const char* name);
 
     Json::Value requestNode;
     Json::Value dataNode;

@@ -2,6 +2,9 @@
 
 #include "ClientManager/OrvaneVocabulary.h"
 #include "RetrieveImpl/DA/DADriverResponseGen/DaDriverResponseGen.h"
+#include "RetrieveImpl/DA/DADriverResponseGen/DaDriverResponseGenLaunchApps.h"
+#include "RetrieveImpl/DA/DADriverResponseGen/DaDriverResponseGenViewInsideAppControl.h"
+#include "RetrieveImpl/DA/DADriverResponseGen/DaDriverResponseGenWeather.h"
 #include "utils/MarlLog.h"
 
 #include <json/json.h>
@@ -21,6 +24,11 @@ DaDriverResponseGen* DaDriverResponseGenFactory::CreateInstance(std::string driv
                                   : std::string();
     LOGD("agent[%s]", agent.c_str());
 
-    // No agent has a generator of its own yet.
+    if (agent == "Launch Apps")
+        return new DaDriverResponseGenLaunchApps(request);
+    if (agent == "View Inside App Control")
+        return new DaDriverResponseGenViewInsideAppControl(request);
+    if (agent == "Weather")
+        return new DaDriverResponseGenWeather(request);
     return new DaDriverResponseGen(request);
 }
