@@ -1,5 +1,6 @@
 #include "fwWrapper/MarlEnginePlugin.h"
 
+#include "RetrieveImpl/DA/DaDeviceMusicDataRetrieverImpl.h"
 #include "RetrieveManager/DeviceDataRetrieveManager.h"
 #include "fwWrapper/MarlEngineWrapper.h"
 #include "utils/MarlLog.h"
@@ -455,10 +456,11 @@ int MarlEngine_set_private_data(const char* key, const char* data)
         }
     }
     if (key && strcmp(key, "MediaVolume") == 0 && data && marlEngineWrapper) {
-        // The appliance's music retriever keeps the media volume level; until
-        // it reads the data store, the fallback retriever has no level to set.
-        IDeviceMusicDataRetrieve* music = marlEngineWrapper->getDeviceDataRetrieveManager()->getMusicRetriever();
-        LOGD("music retriever[%p], volume[%d]", static_cast<void*>(music), atoi(data));
+        // Only the appliance's music retriever keeps a media volume level.
+        DaDeviceMusicDataRetrieverImpl* music = dynamic_cast<DaDeviceMusicDataRetrieverImpl*>(
+            marlEngineWrapper->getDeviceDataRetrieveManager()->getMusicRetriever());
+        if (music)
+            music->setVolumeLevel(atoi(data));
     }
     return 0;
 }

@@ -1,6 +1,7 @@
 #include "PluginFixture.h"
 
 #include "ParserManager/OrvaneCloudParserHandle.h"
+#include "RetrieveImpl/DA/DADeviceDataAutoRefresher.h"
 #include "fwWrapper/MarlEnginePlugin.h"
 #include "fwWrapper/MarlEngineWrapper.h"
 
@@ -197,4 +198,14 @@ std::string PluginTestAccess::targetServerAddress(MarlEngineWrapper* wrapper, in
 void PluginTestAccess::createParser(OrvaneCloudParserHandle* handle)
 {
     handle->_createParser();
+}
+
+std::chrono::system_clock::time_point PluginTestAccess::lastUpdate(DADeviceDataAutoRefresher* refresher)
+{
+    return std::chrono::time_point_cast<std::chrono::system_clock::duration>(refresher->mLastUpdate);
+}
+
+void PluginTestAccess::setLastUpdateAgo(DADeviceDataAutoRefresher* refresher, std::chrono::milliseconds ago)
+{
+    refresher->mLastUpdate = std::chrono::system_clock::now() - ago;
 }

@@ -8,11 +8,13 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <functional>
 #include <mutex>
 #include <string>
 #include <vector>
 
+class DADeviceDataAutoRefresher;
 class MarlEngineWrapper;
 class OrvaneCloudParserHandle;
 
@@ -98,4 +100,7 @@ class PluginTestAccess {
 public:
     static std::string targetServerAddress(MarlEngineWrapper* wrapper, int index);
     static void createParser(OrvaneCloudParserHandle* handle);
+    // The refresher's last good read, and moving it to `ago` before now.
+    static std::chrono::system_clock::time_point lastUpdate(DADeviceDataAutoRefresher* refresher);
+    static void setLastUpdateAgo(DADeviceDataAutoRefresher* refresher, std::chrono::milliseconds ago);
 };

@@ -156,8 +156,7 @@ TEST_F(RetrieveManagers, TheApplianceSetIsPreferredPerFacet)
     EXPECT_NE(manager->getUserDeviceDataRetriever(), nullptr);
     EXPECT_EQ(manager->getStatusRetriever(),
               manager->getUserDeviceDataRetriever()->getDeviceStatusDataRetriever());
-    // The appliance set has no timer facet of its own here: the fallback answers.
-    EXPECT_EQ(manager->getTimerRetriever(), manager->getInternalDeviceDataRetriever()->getDeviceTimerDataRetriever());
+    EXPECT_EQ(manager->getTimerRetriever(), manager->getUserDeviceDataRetriever()->getDeviceTimerDataRetriever());
     EXPECT_TRUE(marltest::logged("retTimerRetriever["));
 }
 

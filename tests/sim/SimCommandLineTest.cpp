@@ -286,7 +286,9 @@ TEST(SimCommandLine, AudioIsFedEveryTwentyMillisecondsWithoutFast)
         if (entry["fn"] == "MarlEngine_set_recording_data")
             times.push_back(entry["t"].asInt64());
     ASSERT_EQ(times.size(), 50u);
-    EXPECT_GE(times.back() - times.front(), 49 * 20 - 20);
+    // Paced by the main loop's timer: about a second for 50 chunks, where the
+    // fast mode takes a few milliseconds. The margin is for a busy machine.
+    EXPECT_GE(times.back() - times.front(), 49 * 20 * 3 / 4);
 }
 
 TEST(SimCommandLine, DeviceDirectoryComesFromTheEnvironmentElseATemporaryOne)

@@ -1,29 +1,29 @@
 #ifndef RETRIEVE_DEVICE_DATA_ENGINE_IMPL_H
 #define RETRIEVE_DEVICE_DATA_ENGINE_IMPL_H
 
+#include "OrvaneClientEngine/EngineInterfaceImpl/RetrieveDeviceDataEngineImplAlarm.h"
+#include "OrvaneClientEngine/EngineInterfaceImpl/RetrieveDeviceDataEngineImplClock.h"
+#include "OrvaneClientEngine/EngineInterfaceImpl/RetrieveDeviceDataEngineImplConfig.h"
+#include "OrvaneClientEngine/EngineInterfaceImpl/RetrieveDeviceDataEngineImplContacts.h"
+#include "OrvaneClientEngine/EngineInterfaceImpl/RetrieveDeviceDataEngineImplCustom.h"
+#include "OrvaneClientEngine/EngineInterfaceImpl/RetrieveDeviceDataEngineImplLocation.h"
+#include "OrvaneClientEngine/EngineInterfaceImpl/RetrieveDeviceDataEngineImplMemo.h"
+#include "OrvaneClientEngine/EngineInterfaceImpl/RetrieveDeviceDataEngineImplMorningBrief.h"
+#include "OrvaneClientEngine/EngineInterfaceImpl/RetrieveDeviceDataEngineImplMusic.h"
+#include "OrvaneClientEngine/EngineInterfaceImpl/RetrieveDeviceDataEngineImplNavigation.h"
+#include "OrvaneClientEngine/EngineInterfaceImpl/RetrieveDeviceDataEngineImplNews.h"
+#include "OrvaneClientEngine/EngineInterfaceImpl/RetrieveDeviceDataEngineImplServerTts.h"
+#include "OrvaneClientEngine/EngineInterfaceImpl/RetrieveDeviceDataEngineImplSettings.h"
+#include "OrvaneClientEngine/EngineInterfaceImpl/RetrieveDeviceDataEngineImplShoppingList.h"
+#include "OrvaneClientEngine/EngineInterfaceImpl/RetrieveDeviceDataEngineImplSoftWare.h"
+#include "OrvaneClientEngine/EngineInterfaceImpl/RetrieveDeviceDataEngineImplStatic.h"
+#include "OrvaneClientEngine/EngineInterfaceImpl/RetrieveDeviceDataEngineImplSystem.h"
+#include "OrvaneClientEngine/EngineInterfaceImpl/RetrieveDeviceDataEngineImplTimer.h"
+
 #include <asr-nlu/IEngineRetrieveDeviceData.h>
-#include <asr-nlu/IEngineRetrieveDeviceAlarmData.h>
-#include <asr-nlu/IEngineRetrieveDeviceClockData.h>
-#include <asr-nlu/IEngineRetrieveDeviceConfigData.h>
-#include <asr-nlu/IEngineRetrieveDeviceContactsData.h>
-#include <asr-nlu/IEngineRetrieveDeviceCustomData.h>
-#include <asr-nlu/IEngineRetrieveDeviceLocationData.h>
-#include <asr-nlu/IEngineRetrieveDeviceMemoData.h>
-#include <asr-nlu/IEngineRetrieveDeviceMorningBriefData.h>
-#include <asr-nlu/IEngineRetrieveDeviceMusicData.h>
-#include <asr-nlu/IEngineRetrieveDeviceNavigationData.h>
-#include <asr-nlu/IEngineRetrieveDeviceNewsData.h>
-#include <asr-nlu/IEngineRetrieveDeviceServerTtsData.h>
-#include <asr-nlu/IEngineRetrieveDeviceSettingsData.h>
-#include <asr-nlu/IEngineRetrieveDeviceShoppingListData.h>
-#include <asr-nlu/IEngineRetrieveDeviceSoftwareData.h>
-#include <asr-nlu/IEngineRetrieveDeviceDependentStaticData.h>
-#include <asr-nlu/IEngineRetrieveDeviceSystemData.h>
-#include <asr-nlu/IEngineRetrieveDeviceTimerData.h>
 
 // The device data facade handed to the speech library: a tree of two levels,
-// the facets held by value and returned by address. Facets not yet built for
-// the appliance answer with their interface's defaults.
+// the facets held by value, in alphabetical order, and returned by address.
 class RetrieveDeviceDataEngineImpl : public IEngineRetrieveDeviceData {
 public:
     RetrieveDeviceDataEngineImpl();
@@ -49,24 +49,24 @@ public:
     IEngineRetrieveDeviceCustomData* getDeviceCustomData() override;
 
 private:
-    IEngineRetrieveDeviceAlarmData mAlarm;
-    IEngineRetrieveDeviceClockData mClock;
-    IEngineRetrieveDeviceConfigData mConfig;
-    IEngineRetrieveDeviceContactsData mContacts;
-    IEngineRetrieveDeviceCustomData mCustom;
-    IEngineRetrieveDeviceLocationData mLocation;
-    IEngineRetrieveDeviceMemoData mMemo;
-    IEngineRetrieveDeviceMorningBriefData mMorningBrief;
-    IEngineRetrieveDeviceMusicData mMusic;
-    IEngineRetrieveDeviceNavigationData mNavigation;
-    IEngineRetrieveDeviceNewsData mNews;
-    IEngineRetrieveDeviceServerTtsData mServerTts;
-    IEngineRetrieveDeviceSettingsData mSettings;
-    IEngineRetrieveDeviceShoppingListData mShoppingList;
-    IEngineRetrieveDeviceSoftwareData mSoftWare;
-    IEngineRetrieveDeviceDependentStaticData mStatic;
-    IEngineRetrieveDeviceSystemData mSystem;
-    IEngineRetrieveDeviceTimerData mTimer;
+    RetrieveDeviceDataEngineImplAlarm mAlarm;
+    RetrieveDeviceDataEngineImplClock mClock;
+    RetrieveDeviceDataEngineImplConfig mConfig;
+    RetrieveDeviceDataEngineImplContacts mContacts;
+    RetrieveDeviceDataEngineImplCustom mCustom;
+    RetrieveDeviceDataEngineImplLocation mLocation;
+    RetrieveDeviceDataEngineImplMemo mMemo;
+    RetrieveDeviceDataEngineImplMorningBrief mMorningBrief;
+    RetrieveDeviceDataEngineImplMusic mMusic;
+    RetrieveDeviceDataEngineImplNavigation mNavigation;
+    RetrieveDeviceDataEngineImplNews mNews;
+    RetrieveDeviceDataEngineImplServerTts mServerTts;
+    RetrieveDeviceDataEngineImplSettings mSettings;
+    RetrieveDeviceDataEngineImplShoppingList mShoppingList;
+    RetrieveDeviceDataEngineImplSoftWare mSoftWare;
+    RetrieveDeviceDataEngineImplStatic mStatic;
+    RetrieveDeviceDataEngineImplSystem mSystem;
+    RetrieveDeviceDataEngineImplTimer mTimer;
 };
 
 #endif

@@ -3,9 +3,15 @@
 
 #include "RetrieveManager/ICustomizedNluParams.h"
 
-// The appliance's NLU parameter set. Its parameter groups are not composed yet:
-// the interface's answer (no valid map) stands.
+#include <map>
+#include <string>
+
+// The appliance's NLU parameter set: the groups "Recipe", "Morning Brief",
+// "System" and "ShoppingList", composed afresh on every call. A group that
+// composed nothing stands in the map with a null object.
 class DaCustomizedNluParamsRetriever : public ICustomizedNluParams {
+public:
+    bool getNluParams(std::map<std::string, _JsonObject*>* list) override;
 };
 
 #endif

@@ -3,9 +3,12 @@
 
 #include "RetrieveManager/ICustomizedRecognitionMode.h"
 
-// The appliance's recognition mode. No state generator is built yet: the
-// interface's answer (no recognition state) stands.
+// The appliance's recognition state, from the first generator that applies,
+// asked in the order morning brief, recipe, commerce.
 class DaCustomizedRecognitionModeRetriever : public ICustomizedRecognitionMode {
+public:
+    // A new json-glib object owned by the caller, or null when none applies.
+    _JsonObject* getRecognitionMode() override;
 };
 
 #endif

@@ -5,6 +5,11 @@ IDeviceMorningBriefDataRetrieve* DaDeviceDataRetrieverImpl::getDeviceMorningBrie
     return &mMorningBrief;
 }
 
+IDeviceMusicDataRetrieve* DaDeviceDataRetrieverImpl::getDeviceMusicDataRetriever()
+{
+    return &mMusic;
+}
+
 IDeviceShoppingListDataRetrieve* DaDeviceDataRetrieverImpl::getDeviceShoppingListDataRetriever()
 {
     return &mShoppingList;
@@ -13,4 +18,9 @@ IDeviceShoppingListDataRetrieve* DaDeviceDataRetrieverImpl::getDeviceShoppingLis
 IDeviceStatusDataRetrieve* DaDeviceDataRetrieverImpl::getDeviceStatusDataRetriever()
 {
     return &mStatus;
+}
+
+IDeviceTimerDataRetrieve* DaDeviceDataRetrieverImpl::getDeviceTimerDataRetriever()
+{
+    return &mTimer;
 }

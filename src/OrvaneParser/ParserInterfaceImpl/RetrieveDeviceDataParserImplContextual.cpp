@@ -1,0 +1,6 @@
+#include "OrvaneParser/ParserInterfaceImpl/RetrieveDeviceDataParserImplContextual.h"
+
+std::string RetrieveDeviceDataParserImplContextual::getContextualSinglePhoneNumber()
+{
+    return std::string();
+}
