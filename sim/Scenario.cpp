@@ -395,9 +395,13 @@ bool loadScenario(const std::string& path, Scenario& out, std::string& error)
                       {{"device", Kind::Object, false},
                        {"engine", Kind::Object, true},
                        {"turns", Kind::Array, false},
-                       {"compare", Kind::Object, false}}))
+                       {"compare", Kind::Object, false},
+                       {"timeout", Kind::UInt, false}}))
         return done(false);
     out.device = root["device"];
+    out.timeout = root.get("timeout", 0).asUInt();
+    if (root.isMember("timeout") && out.timeout == 0)
+        return done(check.fail("timeout", "must be a number of seconds above 0"));
     if (root.isMember("compare")) {
         const Json::Value& compare = root["compare"];
         if (!check.object(compare, "compare", {{"deviceData", Kind::Array, false}}))

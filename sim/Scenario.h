@@ -52,6 +52,9 @@ struct Scenario {
     // What the normalized transcript keeps of the device data pulled at each
     // recognition start: names that lines begin with ("Timer.", "recoState").
     std::vector<std::string> compareDeviceData;
+    // Seconds a turn may take to settle after its stop or cancel; 0 leaves the
+    // command line's choice.
+    unsigned timeout = 0;
 };
 
 // Reads and checks the whole scenario. On failure `error` names the path of

@@ -85,6 +85,7 @@ struct Args {
     std::string command, scenario, device, plugin, json;
     bool fast = false, normalized = false;
     double timeout = 15.0;
+    bool timeoutGiven = false;
 };
 
 bool parseArgs(int argc, char** argv, Args& args, std::string& problem)
@@ -124,6 +125,7 @@ bool parseArgs(int argc, char** argv, Args& args, std::string& problem)
                 return false;
             char* end = nullptr;
             args.timeout = std::strtod(text.c_str(), &end);
+            args.timeoutGiven = true;
             if (text.empty() || *end || !(args.timeout > 0)) {
                 problem = "--timeout takes a number of seconds above 0, not \"" + text + "\"";
                 return false;
@@ -208,7 +210,7 @@ int run(const Args& args)
     sim::Options options;
     options.plugin = pluginPath(args);
     options.fast = args.fast;
-    options.turnTimeout = args.timeout;
+    options.turnTimeout = args.timeoutGiven || scenario.timeout == 0 ? args.timeout : scenario.timeout;
 
     quietEfl();
     ecore_init();
