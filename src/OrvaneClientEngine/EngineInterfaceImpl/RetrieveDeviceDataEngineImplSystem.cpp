@@ -1,4 +1,5 @@
 #include "OrvaneClientEngine/EngineInterfaceImpl/RetrieveDeviceDataEngineImplSystem.h"
+#include "utils/VconfText.h"
 
 #include "utils/MarlLog.h"
 
@@ -198,11 +199,7 @@ std::string RetrieveDeviceDataEngineImplSystem::IsTemperatureTypeFahrenheit()
 {
     LOGD("");
     std::string result = "False";
-    std::string country;
-    char* value = vconf_get_str("db/setting/country_code");
-    if (value)
-        country = value;
-    free(value);
+    const std::string country = readVconfText("db/setting/country_code", "");
     LOGD("Country (%s)", country.c_str());
     if (country == "US")
         result = "True";

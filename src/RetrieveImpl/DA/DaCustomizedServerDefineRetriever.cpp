@@ -1,4 +1,5 @@
 #include "RetrieveImpl/DA/DaCustomizedServerDefineRetriever.h"
+#include "utils/VconfText.h"
 
 #include "ClientManager/OrvaneVocabulary.h"
 #include "utils/MarlLog.h"
@@ -47,12 +48,7 @@ int DaCustomizedServerDefineRetriever::getServerTtsTeller()
 
 int DaCustomizedServerDefineRetriever::getTargetServerIndex()
 {
-    std::string region;
-    char* value = vconf_get_str("db/setting/region_code");
-    if (value) {
-        region = value;
-        free(value);
-    }
+    const std::string region = readVconfText("db/setting/region_code", "");
     LOGD("Region (%s)", region.c_str());
     return region == "KR" ? SERVER_INDEX_KR : SERVER_INDEX_US;
 }

@@ -1,4 +1,5 @@
 #include "RetrieveImpl/DA/DADriverResponseGen/DaDriverResponseGenCommerce.h"
+#include "utils/VconfText.h"
 
 #include "RetrieveImpl/DA/DAUtils/AppControl.h"
 #include "utils/MarlLog.h"
@@ -70,12 +71,7 @@ void DaDriverResponseGenCommerce::cbFunction(keynode_t* node, void* self)
 
 bool DaDriverResponseGenCommerce::makeSearchItemReply()
 {
-    std::string region;
-    char* value = vconf_get_str("db/setting/region_code");
-    if (value) {
-        region = value;
-        free(value);
-    }
+    const std::string region = readVconfText("db/setting/region_code", "");
     LOGD("region[%s]", region.c_str());
 
     // In the US the search result is taken from the store as it stands.

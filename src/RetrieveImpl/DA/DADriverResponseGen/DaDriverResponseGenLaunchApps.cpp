@@ -1,11 +1,10 @@
 #include "RetrieveImpl/DA/DADriverResponseGen/DaDriverResponseGenLaunchApps.h"
+#include "utils/VconfText.h"
 
 #include "RetrieveImpl/DA/DAUtils/AppControl.h"
 #include "utils/MarlLog.h"
 
-#include <vconf.h>
 
-#include <stdlib.h>
 
 namespace {
 
@@ -13,17 +12,6 @@ const char* const RECIPES = "1K3CsGDv16.Recipes";
 const char* const RECIPES_KR = "Pt0hRTNBBa.RecipeDeliCook";
 const char* const RECIPES_EU = "org.tizen.WeblinkApps-Allrecipes";
 const char* const RECIPES_NOT_SUPPORTED = "RecipeNotSupported";
-
-std::string readVconfText(const char* key)
-{
-    std::string text = "US";
-    char* value = vconf_get_str(key);
-    if (value) {
-        text = value;
-        free(value);
-    }
-    return text;
-}
 
 }  // namespace
 
@@ -34,8 +22,8 @@ DaDriverResponseGenLaunchApps::DaDriverResponseGenLaunchApps(Json::Value request
         return;
     }
     std::string package = getParameter("package");
-    const std::string region = readVconfText("db/setting/region_code");
-    const std::string country = readVconfText("db/setting/country_code");
+    const std::string region = readVconfText("db/setting/region_code", "US");
+    const std::string country = readVconfText("db/setting/country_code", "US");
     LOGD("package[%s], region[%s], country[%s]", package.c_str(), region.c_str(), country.c_str());
 
     if (package == RECIPES) {

@@ -2,9 +2,7 @@
 
 #include "utils/MarlLog.h"
 
-#include <vconf.h>
 
-#include <stdlib.h>
 
 DANluParamsGen::DANluParamsGen(std::string agentName) : dataNode(), agentName(agentName)
 {
@@ -32,13 +30,3 @@ std::string DANluParamsGen::getAgentName()
     return agentName;
 }
 
-std::string DANluParamsGen::readVconfText(const char* key, const std::string& fallback)
-{
-    std::string text = fallback;
-    char* value = vconf_get_str(key);
-    if (value) {
-        text = value;
-        free(value);
-    }
-    return text;
-}

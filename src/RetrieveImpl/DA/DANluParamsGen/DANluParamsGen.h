@@ -24,9 +24,6 @@ public:
     std::string getAgentName();
 
 protected:
-    // The text of a vconf string key, or `fallback` when the key can't be read.
-    static std::string readVconfText(const char* key, const std::string& fallback);
-
     Json::Value dataNode;
     std::string agentName;
 };

@@ -1,4 +1,5 @@
 #include "RetrieveImpl/DA/DANluParamsGen/DANluParamsGenMornigBrief.h"
+#include "utils/VconfText.h"
 
 #include "utils/MarlLog.h"
 

@@ -1,4 +1,5 @@
 #include "RetrieveImpl/DA/DANluParamsGen/DANluParamsGenRecipe.h"
+#include "utils/VconfText.h"
 
 #include "RetrieveImpl/DA/DAUtils/AppControl.h"
 #include "utils/MarlLog.h"

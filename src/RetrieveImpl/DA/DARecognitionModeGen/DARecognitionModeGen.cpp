@@ -1,4 +1,5 @@
 #include "RetrieveImpl/DA/DARecognitionModeGen/DARecognitionModeGen.h"
+#include "utils/VconfText.h"
 
 #include "utils/MarlLog.h"
 
@@ -35,13 +36,7 @@ std::string DARecognitionModeGen::getRecognitionMode()
 
 std::string DARecognitionModeGen::readRegion()
 {
-    std::string region = "US";
-    char* value = vconf_get_str("db/setting/region_code");
-    if (value) {
-        region = value;
-        free(value);
-    }
-    return region;
+    return readVconfText("db/setting/region_code", "US");
 }
 
 Json::Value DARecognitionModeGen::makeContext(const char* agent, const char* name)

@@ -1,4 +1,5 @@
 #include "RetrieveImpl/DA/DAUtils/AppControl.h"
+#include "utils/VconfText.h"
 
 #include "utils/MarlLog.h"
 
@@ -21,17 +22,6 @@ namespace {
 // The application manager's answer for an app it does not know.
 const int APP_MANAGER_NO_SUCH_APP = static_cast<int>(0xFEEF0001);
 const int APP_STATE_IN_FOREGROUND = 1;
-
-std::string readVconfText(const char* key, const std::string& fallback)
-{
-    std::string text = fallback;
-    char* value = vconf_get_str(key);
-    if (value) {
-        text = value;
-        free(value);
-    }
-    return text;
-}
 
 }  // namespace
 
