@@ -1,7 +1,10 @@
 #include "Scenario.h"
 
+#include "voice/Voice.h"
+
+#include <sndfile.h>
+
 #include <cmath>
-#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <map>
@@ -256,6 +259,16 @@ bool turnAudio(Checker& check, const Json::Value& audio, const std::string& path
         turn.audioSource = fs::path(file).filename().string();
         return true;
     }
+    if (audio.isObject() && audio.isMember("say")) {
+        if (!check.object(audio, path,
+                          {{"say", Kind::Text, true}, {"voice", Kind::Text, false}, {"rate", Kind::UInt, false}}))
+            return false;
+        std::string error;
+        if (!sayAudio(audio["say"].asString(), audio.get("voice", "en-us").asString(),
+                      audio.get("rate", 175).asInt(), turn.audio, turn.audioSource, error))
+            return check.fail(path, error);
+        return true;
+    }
     if (audio.isObject()) {
         if (!check.object(audio, path,
                           {{"speechMs", Kind::UInt, true}, {"silenceMs", Kind::UInt, false}}))
@@ -267,7 +280,7 @@ bool turnAudio(Checker& check, const Json::Value& audio, const std::string& path
             "tone " + std::to_string(speech) + " ms, silence " + std::to_string(silence) + " ms";
         return true;
     }
-    return check.fail(path, "must be a WAV file name or {\"speechMs\", \"silenceMs\"}");
+    return check.fail(path, "must be a WAV file name, {\"speechMs\", \"silenceMs\"} or {\"say\", \"voice\", \"rate\"}");
 }
 
 bool parseText(const std::string& text, Json::Value& out, std::string& error)
@@ -286,73 +299,43 @@ bool parseText(const std::string& text, Json::Value& out, std::string& error)
     return true;
 }
 
-uint32_t le32(const unsigned char* p)
-{
-    return p[0] | (p[1] << 8) | (p[2] << 16) | (static_cast<uint32_t>(p[3]) << 24);
-}
-uint16_t le16(const unsigned char* p)
-{
-    return static_cast<uint16_t>(p[0] | (p[1] << 8));
-}
-
 }  // namespace
 
 bool readWav(const std::string& file, std::vector<int16_t>& samples, std::string& error)
 {
-    std::ifstream in(file, std::ios::binary);
-    std::string bytes((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
-    if (!in.good() && !in.eof()) {
-        error = "cannot read " + file;
-        return false;
-    }
-    const auto* data = reinterpret_cast<const unsigned char*>(bytes.data());
-    const size_t size = bytes.size();
     const std::string name = fs::path(file).filename().string();
-    if (size < 12 || std::memcmp(data, "RIFF", 4) != 0 || std::memcmp(data + 8, "WAVE", 4) != 0) {
-        error = name + " is not a WAV file (no RIFF/WAVE header)";
+    SF_INFO info = {};
+    SNDFILE* sound = sf_open(file.c_str(), SFM_READ, &info);
+    if (!sound) {
+        error = name + " is not a sound file that can be read: " + sf_strerror(nullptr);
         return false;
     }
-    bool haveFormat = false;
-    size_t pos = 12;
-    while (pos + 8 <= size) {
-        const std::string id(bytes, pos, 4);
-        const size_t length = le32(data + pos + 4);
-        const size_t body = pos + 8;
-        if (length > size - body) {
-            error = name + ": chunk \"" + id + "\" runs past the end of the file";
-            return false;
-        }
-        if (id == "fmt ") {
-            if (length < 16) {
-                error = name + ": the format chunk is too short";
-                return false;
-            }
-            const unsigned tag = le16(data + body);
-            const unsigned channels = le16(data + body + 2);
-            const unsigned rate = le32(data + body + 4);
-            const unsigned bits = le16(data + body + 14);
-            if (tag != 1 || channels != 1 || rate != 16000 || bits != 16) {
-                error = name + " holds " + (tag == 1 ? "PCM" : "format " + std::to_string(tag)) +
-                        ", " + std::to_string(rate) + " Hz, " + std::to_string(channels) +
-                        " channel(s), " + std::to_string(bits) +
-                        " bit; the engine takes 16000 Hz mono 16-bit PCM";
-                return false;
-            }
-            haveFormat = true;
-        } else if (id == "data") {
-            if (!haveFormat) {
-                error = name + ": the data chunk comes before the format chunk";
-                return false;
-            }
-            samples.resize(length / 2);
-            for (size_t i = 0; i < samples.size(); ++i)
-                samples[i] = static_cast<int16_t>(le16(data + body + 2 * i));
-            return true;
-        }
-        pos = body + length + (length & 1);
+    const int major = info.format & SF_FORMAT_TYPEMASK;
+    const int minor = info.format & SF_FORMAT_SUBMASK;
+    const bool pcm16 = minor == SF_FORMAT_PCM_16;
+    if (major != SF_FORMAT_WAV || !pcm16 || info.channels != 1 || info.samplerate != 16000) {
+        SF_FORMAT_INFO what = {};
+        what.format = minor;
+        sf_command(nullptr, SFC_GET_FORMAT_INFO, &what, sizeof what);
+        const int bits = minor == SF_FORMAT_PCM_16 ? 16 : minor == SF_FORMAT_PCM_24 ? 24
+                         : minor == SF_FORMAT_PCM_32 ? 32 : minor == SF_FORMAT_PCM_U8 || minor == SF_FORMAT_PCM_S8 ? 8 : 0;
+        error = name + (major == SF_FORMAT_WAV ? " holds " : " is no WAV file; it holds ") +
+                (bits ? std::string("PCM") : std::string(what.name ? what.name : "an unknown encoding")) + ", " +
+                std::to_string(info.samplerate) + " Hz, " + std::to_string(info.channels) + " channel(s)" +
+                (bits ? ", " + std::to_string(bits) + " bit" : std::string()) +
+                "; the engine takes 16000 Hz mono 16-bit PCM";
+        sf_close(sound);
+        return false;
     }
-    error = name + (haveFormat ? ": no data chunk" : ": no format chunk");
-    return false;
+    samples.resize(static_cast<size_t>(info.frames));
+    const sf_count_t got = sf_readf_short(sound, samples.data(), info.frames);
+    sf_close(sound);
+    if (got < 0) {
+        error = "cannot read the samples of " + name;
+        return false;
+    }
+    samples.resize(static_cast<size_t>(got));
+    return true;
 }
 
 std::vector<int16_t> synthesize(unsigned speechMs, unsigned silenceMs)
@@ -365,6 +348,68 @@ std::vector<int16_t> synthesize(unsigned speechMs, unsigned silenceMs)
     return samples;
 }
 
+bool sayAudio(const std::string& text, const std::string& voiceName, int wordsPerMinute, std::vector<int16_t>& samples,
+              std::string& source, std::string& error)
+{
+    voice::SpeechOptions options;
+    options.voice = voiceName;
+    options.wordsPerMinute = wordsPerMinute;
+    std::vector<int16_t> speech;
+    if (!voice::synthesize(text, options, speech, error))
+        return false;
+    samples.assign(300 * 16, 0);
+    samples.insert(samples.end(), speech.begin(), speech.end());
+    samples.insert(samples.end(), 700 * 16, 0);
+    Json::Value said(text);
+    Json::StreamWriterBuilder builder;
+    builder["emitUTF8"] = true;
+    source = "speech " + Json::writeString(builder, said) + " (" + voiceName + ", " + std::to_string(wordsPerMinute) +
+             " words a minute, " + std::to_string(speech.size() / 16) + " ms)";
+    return true;
+}
+
+bool spokenTurn(const std::string& text, const std::string& voiceName, int wordsPerMinute, Turn& turn,
+                std::string& error)
+{
+    turn = Turn();
+    turn.listen = true;
+    turn.server = Json::Value(Json::arrayValue);
+    return sayAudio(text, voiceName, wordsPerMinute, turn.audio, turn.audioSource, error);
+}
+
+bool recordedTurn(const std::string& file, Turn& turn, std::string& error)
+{
+    turn = Turn();
+    turn.listen = true;
+    turn.server = Json::Value(Json::arrayValue);
+    if (!readWav(file, turn.audio, error))
+        return false;
+    turn.audioSource = fs::path(file).filename().string();
+    return true;
+}
+
+const char* defaultSpokenScenario()
+{
+    return R"({
+  "engine": {
+    "language": "en_US",
+    "commands": [
+      {"id": 1, "format": 0, "command": "show recipes"},
+      {"id": 2, "format": 0, "command": "open the fridge camera"},
+      {"id": 3, "format": 0, "command": "show the shopping list"},
+      {"id": 4, "format": 0, "command": "bluetooth off"},
+      {"id": 5, "format": 3, "command": "set the fridge to"},
+      {"id": 10, "type": 2, "format": 5, "command": "#org.tizen.Timer"},
+      {"id": 11, "type": 2, "format": 5, "command": "#org.tizen.Music App Control"},
+      {"id": 12, "type": 2, "format": 5, "command": "#org.tizen.Commerce"},
+      {"id": 13, "type": 2, "format": 5, "command": "#org.tizen.View Inside App Control"},
+      {"id": 14, "type": 2, "format": 5, "command": "#org.tizen.Weather"},
+      {"id": 15, "type": 2, "format": 5, "command": "#org.tizen.Launch Apps"}
+    ]
+  }
+})";
+}
+
 bool loadScenario(const std::string& path, Scenario& out, std::string& error)
 {
     std::ifstream in(path);
@@ -374,9 +419,14 @@ bool loadScenario(const std::string& path, Scenario& out, std::string& error)
     }
     std::stringstream text;
     text << in.rdbuf();
+    return parseScenario(text.str(), path, out, error);
+}
+
+bool parseScenario(const std::string& text, const std::string& path, Scenario& out, std::string& error)
+{
     Json::Value root;
     std::string parseError;
-    if (!parseText(text.str(), root, parseError)) {
+    if (!parseText(text, root, parseError)) {
         error = path + ": not valid JSON: " + parseError;
         return false;
     }
@@ -470,6 +520,7 @@ bool loadScenario(const std::string& path, Scenario& out, std::string& error)
             turn.cancel = end.asString() == "cancel";
         }
         turn.server = Json::Value(Json::arrayValue);
+        turn.listen = !t.isMember("server");
         if (t.isMember("server") &&
             !serverEvents(check, t["server"], Checker::join(at, "server"), turn.server))
             return done(false);

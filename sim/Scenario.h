@@ -36,6 +36,7 @@ struct Turn {
     std::vector<int16_t> audio;            // 16 kHz mono samples
     std::string audioSource;               // what the audio is, for the transcript
     bool cancel = false;                   // end by cancel instead of stop
+    bool listen = false;                   // no "server": the stand-in recognizes, its service answers
     Json::Value server;                    // the speech service's events; file paths made absolute
     std::vector<PrivateData> privateData;  // sent just before the turn starts
 };
@@ -61,11 +62,30 @@ struct Scenario {
 // the bad member ("turns[1].server[0].confidence: must be an integer").
 bool loadScenario(const std::string& path, Scenario& out, std::string& error);
 
-// 16 kHz mono 16-bit PCM from a WAV file; anything else is refused with a
-// message that tells what the file holds.
+// 16 kHz mono 16-bit PCM from a WAV file (read with libsndfile); anything
+// else is refused with a message that tells what the file holds.
 bool readWav(const std::string& file, std::vector<int16_t>& samples, std::string& error);
 
 // A loud tone of speechMs followed by silenceMs of silence, at 16 kHz.
 std::vector<int16_t> synthesize(unsigned speechMs, unsigned silenceMs);
+
+// Words spoken by espeak-ng at 16 kHz, as a microphone gives them: 300 ms of
+// quiet, the speech, 700 ms of quiet. `source` tells what the audio is.
+bool sayAudio(const std::string& text, const std::string& voice, int wordsPerMinute, std::vector<int16_t>& samples,
+              std::string& source, std::string& error);
+
+// A turn that speaks `text` (marl-sim say) or plays a WAV file (marl-sim
+// listen), answered by the appliance's speech service.
+bool spokenTurn(const std::string& text, const std::string& voice, int wordsPerMinute, Turn& turn,
+                std::string& error);
+bool recordedTurn(const std::string& file, Turn& turn, std::string& error);
+
+// The session of marl-sim say and listen when no scenario is given: a fresh
+// device and the kitchen's commands.
+const char* defaultSpokenScenario();
+
+// Reads a scenario from its text; `path` names it in messages and gives the
+// folder that its files are relative to.
+bool parseScenario(const std::string& text, const std::string& path, Scenario& out, std::string& error);
 
 }  // namespace sim

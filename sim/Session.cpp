@@ -6,6 +6,7 @@
 
 #include <Ecore.h>
 #include <dlfcn.h>
+#include <sndfile.h>
 #include <sys/stat.h>
 
 #include <atomic>
@@ -28,6 +29,9 @@ namespace
 // How long the main loop waits, before each audio chunk and before a turn's
 // stop, for the speech library's thread to finish what it has in hand.
 const int kCatchUpMs = 1000;
+// How long the main loop waits after the start of a listening turn for the
+// library to load its recognizer.
+const int kLoadMs = 10000;
 
 // User-data tokens handed to the plug-in, so that the transcript can tell
 // which one comes back with each callback.
@@ -64,6 +68,41 @@ Json::Value parseJson(const std::string& text)
     if (!Json::parseFromStream(builder, in, &value, &errors))
         return Json::Value();
     return value;
+}
+
+// Copies raw 24 kHz mono 16-bit little-endian speech into a WAV file.
+bool writeSpeechWav(const std::string& pcm, const std::string& wav, std::string& error)
+{
+    SF_INFO format = {};
+    format.samplerate = 24000;
+    format.channels = 1;
+    format.format = SF_FORMAT_RAW | SF_FORMAT_PCM_16 | SF_ENDIAN_LITTLE;
+    SNDFILE* in = sf_open(pcm.c_str(), SFM_READ, &format);
+    if (!in) {
+        error = std::string("cannot read it: ") + sf_strerror(nullptr);
+        return false;
+    }
+    std::vector<short> samples(static_cast<size_t>(format.frames));
+    samples.resize(static_cast<size_t>(std::max<sf_count_t>(0, sf_readf_short(in, samples.data(), format.frames))));
+    sf_close(in);
+    std::error_code ec;
+    fs::create_directories(fs::path(wav).parent_path(), ec);
+    SF_INFO info = {};
+    info.samplerate = 24000;
+    info.channels = 1;
+    info.format = SF_FORMAT_WAV | SF_FORMAT_PCM_16;
+    SNDFILE* out = sf_open(wav.c_str(), SFM_WRITE, &info);
+    if (!out) {
+        error = "cannot write " + wav + ": " + sf_strerror(nullptr);
+        return false;
+    }
+    const sf_count_t written = sf_writef_short(out, samples.data(), static_cast<sf_count_t>(samples.size()));
+    sf_close(out);
+    if (written != static_cast<sf_count_t>(samples.size())) {
+        error = "cannot write " + wav;
+        return false;
+    }
+    return true;
 }
 
 Json::Value call(const char* fn, Json::Value args)
@@ -174,6 +213,7 @@ private:
         return result;
     }
     void scanFiles();
+    void noteSpokenAnswers();
     std::vector<Json::Value> pollJournal();
 
     const Scenario& mScenario;
@@ -188,6 +228,7 @@ private:
     void (*mSetObserver)(speech_standin_observer_cb, void*) = nullptr;
     int (*mScriptTurn)(const char*) = nullptr;
     int (*mWaitIdle)(int) = nullptr;
+    void (*mListen)(int) = nullptr;
 
     std::deque<Step> mSteps;
     Ecore_Timer* mTimer = nullptr;
@@ -195,6 +236,9 @@ private:
     int mExit = kExitOk;
 
     // The turn in progress.
+    std::atomic<const Turn*> mTurn{nullptr};  // read by callbacks on the libraries' threads
+    size_t mTurnNumber = 0;
+    size_t mTurnFirstEntry = 0;
     size_t mChunk = 0;
     double mFeedStart = 0;
     long long mTurnEnded = 0;
@@ -262,6 +306,18 @@ void Session::onResult(vcp_result_event_e event, int* ids, int count, const char
     entry["nluResult"] = text(nlu);
     entry["message"] = text(msg);
     entry["userData"] = tokenName(data);
+    const Turn* turn = mTurn.load();
+    if (turn && turn->listen && ids) {
+        // What the ids stand for, in a turn that the stand-in recognized.
+        Json::Value matched(Json::arrayValue);
+        for (int i = 0; i < count && i < 1000; ++i)
+            for (const auto& c : mScenario.commands)
+                if (c.id == ids[i]) {
+                    matched.append(c.command);
+                    break;
+                }
+        entry["matched"] = matched;
+    }
     record(entry);
     ++mResults;
 }
@@ -449,10 +505,11 @@ bool Session::resolveStandIn(std::string& error)
     mSetObserver = reinterpret_cast<decltype(mSetObserver)>(find("speech_standin_set_observer"));
     mScriptTurn = reinterpret_cast<decltype(mScriptTurn)>(find("speech_standin_script_turn"));
     mWaitIdle = reinterpret_cast<decltype(mWaitIdle)>(find("speech_standin_wait_idle"));
-    if (!mSetObserver || !mScriptTurn || !mWaitIdle) {
+    mListen = reinterpret_cast<decltype(mListen)>(find("speech_standin_listen"));
+    if (!mSetObserver || !mScriptTurn || !mWaitIdle || !mListen) {
         error =
             "the speech stand-in's control functions (speech_standin_set_observer, "
-            "speech_standin_script_turn, speech_standin_wait_idle) are not in the process "
+            "speech_standin_script_turn, speech_standin_wait_idle, speech_standin_listen) are not in the process "
             "after loading " +
             mOptions.plugin + ": is the plug-in linked against the stand-in libasr-nlu.so?";
         return false;
@@ -565,14 +622,19 @@ void Session::addTurnSteps(size_t index)
                           entry["samples"] = Json::UInt64(turn.audio.size());
                           entry["end"] = turn.cancel ? "cancel" : "stop";
                           entry["server"] = turn.server;
-                          record(entry);
+                          if (turn.listen)
+                              entry["listen"] = true;
+                          mTurn = &turn;
+                          mTurnNumber = index + 1;
+                          mTurnFirstEntry = record(entry);
                           return true;
                       },
                       0});
     addPrivateData(turn.privateData);
     mSteps.push_back({"start",
                       [this, &turn] {
-                          if (mScriptTurn(compact(turn.server).c_str()) != 0) {
+                          mListen(turn.listen ? 1 : 0);
+                          if (!turn.listen && mScriptTurn(compact(turn.server).c_str()) != 0) {
                               Json::Value note;
                               note["kind"] = "note";
                               note["text"] = "the speech stand-in refused the turn's server events";
@@ -584,6 +646,10 @@ void Session::addTurnSteps(size_t index)
                           mChunk = 0;
                           invoke(call("MarlEngine_start", args({true})),
                                  [&] { return mEngine.start(true); });
+                          // A listening library may load its recognizer first:
+                          // let it, so that the feed keeps its pace.
+                          if (turn.listen)
+                              mWaitIdle(kLoadMs);
                           return true;
                       },
                       0});
@@ -625,11 +691,46 @@ void Session::addTurnSteps(size_t index)
                       0});
     mSteps.push_back({"settle", [this] { return settle(); }, 0.02});
     mSteps.push_back({"files",
-                      [this] {
+                      [this, &turn] {
                           scanFiles();
+                          if (turn.listen)
+                              noteSpokenAnswers();
+                          mTurn = nullptr;
                           return true;
                       },
                       0});
+}
+
+// Where the speech service's spoken answer of a listening turn went: a
+// playback of the appliance (its WAV file), or raw 24 kHz speech written
+// for an outside player, which is copied into a WAV file beside the device's
+// other files (DIR/answers/turn-N.wav).
+void Session::noteSpokenAnswers()
+{
+    const std::vector<Json::Value> entries = mTranscript.entries();
+    for (size_t i = mTurnFirstEntry; i < entries.size(); ++i) {
+        const Json::Value& e = entries[i];
+        std::string text;
+        if (e["kind"] == "device" && e["event"] == "audio_playback" && e["file"].isString()) {
+            text = "spoken answer: played, " + vapp::devicePath(e["file"].asString());
+        } else if (e["kind"] == "file" && e["change"] != "removed" &&
+                   fs::path(e["path"].asString()).extension() == ".pcm") {
+            const std::string pcm = vapp::hostPath(e["path"].asString());
+            const std::string wav =
+                vapp::devicePath("answers/turn-" + std::to_string(mTurnNumber) + ".wav");
+            std::string error;
+            if (writeSpeechWav(pcm, wav, error))
+                text = "spoken answer: " + e["path"].asString() + " (24 kHz), as WAV " + wav;
+            else
+                text = "spoken answer: " + e["path"].asString() + "; " + error;
+        }
+        if (text.empty())
+            continue;
+        Json::Value note;
+        note["kind"] = "note";
+        note["text"] = text;
+        record(note);
+    }
 }
 
 // A turn has settled when the speech stand-in has delivered everything, no

@@ -144,6 +144,8 @@ std::string callbackLine(const Json::Value& e)
                ", all result " + quote(e["allResult"]) + ", non-fixed " +
                quote(e["nonFixedResult"]) + ", nlu " + quote(e["nluResult"]) + ", msg " +
                quote(e["message"]);
+        if (e.isMember("matched"))
+            line += ", matched commands " + compact(e["matched"]);
     } else if (fn == "asr") {
         const int event = e["event"].asInt();
         line = "asr: event " + std::to_string(event) + " (" + asrEventName(event) + "), " +
@@ -196,7 +198,7 @@ void speechLines(const Json::Value& e, const RenderOptions& options,
                         ": the library pulled at recognition start");
         const size_t first = lines.size();
         deviceDataLines(obs, lines);
-        if (options.normalized) {
+        if (options.normalized || options.briefDeviceData) {
             auto dropped =
                 std::remove_if(lines.begin() + first, lines.end(), [&](const std::string& line) {
                     const std::string name = line.substr(line.find_first_not_of(' '));
@@ -304,7 +306,8 @@ void entryLines(const Json::Value& e, const RenderOptions& options, std::vector<
         lines.push_back("-- turn " + std::to_string(e["turn"].asInt()) + ": audio " +
                         (e["audio"].asString().empty() ? "none" : e["audio"].asString()) +
                         ", ends by " + e["end"].asString() + ", " +
-                        std::to_string(e["server"].size()) + " server event(s)");
+                        (e["listen"].asBool() ? std::string("recognized, the appliance's speech service answers")
+                                              : std::to_string(e["server"].size()) + " server event(s)"));
     } else if (kind == "section") {
         lines.push_back("");
         lines.push_back("-- " + e["text"].asString());

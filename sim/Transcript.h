@@ -65,8 +65,9 @@ struct RenderOptions {
     std::vector<std::pair<std::string, std::string>> substitutions;
     long long nowEpochMs = 0;  // for masking present times
     // The lines of pulled device data that the normalized form keeps, by the
-    // names they begin with; the full form keeps all.
+    // names they begin with; the full form keeps all, unless briefDeviceData.
     std::vector<std::string> deviceDataKept;
+    bool briefDeviceData = false;
 };
 
 std::string render(const Json::Value& header, const std::vector<Json::Value>& entries,

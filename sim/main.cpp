@@ -3,6 +3,8 @@
 //
 //   marl-sim run SCENARIO.json [--device DIR] [--plugin PATH] [--json FILE]
 //                              [--fast] [--normalized] [--timeout SECONDS]
+//   marl-sim say TEXT... [--voice NAME] [--rate WPM] [--scenario FILE] [run's options]
+//   marl-sim listen FILE.wav... [--scenario FILE] [run's options]
 //   marl-sim info [--plugin PATH]
 #include "Scenario.h"
 #include "Session.h"
@@ -35,6 +37,9 @@ int usage(const std::string& problem = "")
     std::fprintf(stderr,
                  "usage: marl-sim run SCENARIO.json [--device DIR] [--plugin PATH] [--json FILE]\n"
                  "                                  [--fast] [--normalized] [--timeout SECONDS]\n"
+                 "       marl-sim say TEXT... [--voice NAME] [--rate WORDS_A_MINUTE] [--scenario FILE]\n"
+                 "                            [run's options]\n"
+                 "       marl-sim listen FILE.wav... [--scenario FILE] [run's options]\n"
                  "       marl-sim info [--plugin PATH]\n");
     return sim::kExitUsage;
 }
@@ -86,6 +91,9 @@ struct Args {
     bool fast = false, normalized = false;
     double timeout = 15.0;
     bool timeoutGiven = false;
+    std::vector<std::string> spoken;  // say: the texts; listen: the WAV files; one turn each
+    std::string voice = "en-us";
+    int rate = 175;
 };
 
 bool parseArgs(int argc, char** argv, Args& args, std::string& problem)
@@ -96,10 +104,12 @@ bool parseArgs(int argc, char** argv, Args& args, std::string& problem)
         return false;
     }
     args.command = list[0];
-    if (args.command != "run" && args.command != "info") {
+    if (args.command != "run" && args.command != "info" && args.command != "say" && args.command != "listen") {
         problem = "unknown command \"" + args.command + "\"";
         return false;
     }
+    const bool session = args.command != "info";
+    const bool spoken = args.command == "say" || args.command == "listen";
     for (size_t i = 1; i < list.size(); ++i) {
         const std::string& a = list[i];
         auto value = [&](std::string& out) {
@@ -113,13 +123,30 @@ bool parseArgs(int argc, char** argv, Args& args, std::string& problem)
         if (a == "--plugin") {
             if (!value(args.plugin))
                 return false;
-        } else if (args.command == "run" && a == "--device") {
+        } else if (session && a == "--device") {
             if (!value(args.device))
                 return false;
-        } else if (args.command == "run" && a == "--json") {
+        } else if (session && a == "--json") {
             if (!value(args.json))
                 return false;
-        } else if (args.command == "run" && a == "--timeout") {
+        } else if (spoken && a == "--scenario") {
+            if (!value(args.scenario))
+                return false;
+        } else if (args.command == "say" && a == "--voice") {
+            if (!value(args.voice))
+                return false;
+        } else if (args.command == "say" && a == "--rate") {
+            std::string text;
+            if (!value(text))
+                return false;
+            char* end = nullptr;
+            const long rate = std::strtol(text.c_str(), &end, 10);
+            if (text.empty() || *end || rate < 80 || rate > 450) {
+                problem = "--rate takes 80 to 450 words a minute, not \"" + text + "\"";
+                return false;
+            }
+            args.rate = static_cast<int>(rate);
+        } else if (session && a == "--timeout") {
             std::string text;
             if (!value(text))
                 return false;
@@ -130,12 +157,14 @@ bool parseArgs(int argc, char** argv, Args& args, std::string& problem)
                 problem = "--timeout takes a number of seconds above 0, not \"" + text + "\"";
                 return false;
             }
-        } else if (args.command == "run" && a == "--fast") {
+        } else if (session && a == "--fast") {
             args.fast = true;
-        } else if (args.command == "run" && a == "--normalized") {
+        } else if (session && a == "--normalized") {
             args.normalized = true;
         } else if (args.command == "run" && args.scenario.empty() && !a.empty() && a[0] != '-') {
             args.scenario = a;
+        } else if (spoken && !a.empty() && a[0] != '-') {
+            args.spoken.push_back(a);
         } else {
             problem = "unexpected argument \"" + a + "\"";
             return false;
@@ -143,6 +172,10 @@ bool parseArgs(int argc, char** argv, Args& args, std::string& problem)
     }
     if (args.command == "run" && args.scenario.empty()) {
         problem = "run needs a scenario file";
+        return false;
+    }
+    if (spoken && args.spoken.empty()) {
+        problem = args.command == "say" ? "say needs the words to say" : "listen needs a WAV file";
         return false;
     }
     return true;
@@ -178,11 +211,37 @@ int info(const Args& args)
     return sim::kExitOk;
 }
 
+// The session of say and listen: the device and commands of --scenario (its
+// turns are not played), else the built-in kitchen; one turn per text or file.
+bool spokenScenario(const Args& args, sim::Scenario& scenario, std::string& error)
+{
+    if (args.scenario.empty()) {
+        if (!sim::parseScenario(sim::defaultSpokenScenario(), "kitchen.json", scenario, error))
+            return false;
+    } else if (!sim::loadScenario(args.scenario, scenario, error)) {
+        return false;
+    }
+    scenario.turns.clear();
+    for (const std::string& item : args.spoken) {
+        sim::Turn turn;
+        const bool ok = args.command == "say" ? sim::spokenTurn(item, args.voice, args.rate, turn, error)
+                                              : sim::recordedTurn(item, turn, error);
+        if (!ok) {
+            error = (args.command == "say" ? "cannot say \"" + item + "\": " : item + ": ") + error;
+            return false;
+        }
+        scenario.turns.push_back(std::move(turn));
+    }
+    return true;
+}
+
 int run(const Args& args)
 {
     sim::Scenario scenario;
     std::string error;
-    if (!sim::loadScenario(args.scenario, scenario, error))
+    const bool loaded = args.command == "run" ? sim::loadScenario(args.scenario, scenario, error)
+                                              : spokenScenario(args, scenario, error);
+    if (!loaded)
         return fail(error);
 
     // The device: --device, else MARL_DEVICE_DIR, else a fresh one for this run.
@@ -216,8 +275,13 @@ int run(const Args& args)
     ecore_init();
     sim::Transcript transcript;
     Json::Value& header = transcript.header;
-    header["scenario"]["file"] = fs::absolute(args.scenario).lexically_normal().string();
-    header["scenario"]["name"] = fs::path(args.scenario).filename().string();
+    const std::string scenarioFile = args.scenario.empty() ? std::string("(built in)") : args.scenario;
+    header["scenario"]["file"] =
+        args.scenario.empty() ? scenarioFile : fs::absolute(args.scenario).lexically_normal().string();
+    header["scenario"]["name"] =
+        args.scenario.empty() ? std::string("kitchen (built in)") : fs::path(args.scenario).filename().string();
+    if (args.command != "run")
+        header["spoken"] = args.command;
     header["plugin"] = options.plugin;
     header["device"]["dir"] = device;
     header["device"]["temporary"] = temporary;
@@ -239,6 +303,7 @@ int run(const Args& args)
     render.normalized = args.normalized;
     render.nowEpochMs = transcript.startEpochMs();
     render.deviceDataKept = scenario.compareDeviceData;
+    render.briefDeviceData = args.command != "run";
     render.substitutions = {
         {device, "$DEVICE"}, {scenario.dir, "$SCENARIO"}, {options.plugin, "$PLUGIN"}};
     std::fputs(sim::render(header, entries, render).c_str(), stdout);
@@ -272,7 +337,7 @@ int main(int argc, char** argv)
     std::string problem;
     if (!parseArgs(argc, argv, args, problem))
         return usage(problem);
-    if (const std::string why = ensureFsmap(argv); !why.empty() && args.command == "run")
+    if (const std::string why = ensureFsmap(argv); !why.empty() && args.command != "info")
         return fail(why);
     return args.command == "info" ? info(args) : run(args);
 }

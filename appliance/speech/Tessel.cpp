@@ -4,6 +4,10 @@
 #include "Script.h"
 #include "standin/Observation.h"
 #include "standin/SpeechStandIn.h"
+#include "voice/Dialogue.h"
+#include "voice/Grammar.h"
+#include "voice/Recognizer.h"
+#include "voice/Voice.h"
 
 #include <asr-nlu/RecognitionAgentResponse.h>
 #include <asr-nlu/RecognitionListener.h>
@@ -20,6 +24,7 @@
 #include <functional>
 #include <memory>
 #include <mutex>
+#include <set>
 #include <thread>
 #include <vector>
 
@@ -33,6 +38,12 @@ const char* const kTag = "asr-nlu";
 // ends after this much quiet audio in a row once it has begun.
 const int kBeginMs = 60;
 const int kEndMs = 300;
+
+// Listening: a partial result is looked for after each 200 ms of audio, and
+// the service's spoken answers are cut into pieces of 200 ms of 24 kHz speech.
+const long kPartialEverySamples = 3200;
+const int kAnswerRate = 24000;
+const size_t kAnswerPieceBytes = 9600;
 
 class SpeechDetector {
 public:
@@ -48,6 +59,9 @@ public:
         mLoud = mQuiet = 0;
         mBegun = mEnded = false;
     }
+
+    bool begun() const { return mBegun; }
+    bool ended() const { return mEnded; }
 
     Event feed(const std::vector<short>& samples, int& rms)
     {
@@ -83,12 +97,17 @@ private:
     bool mEnded = false;
 };
 
+// Logs a problem and tells it on stderr.
+void complain(const char* message);
+
 // Where the driver-response turn opened by a driver request stands.
 enum class DriverTurn { None, Open, Stopped, Cancelled };
 
 struct Delivery {
     Script events;
     size_t next = 0;
+    std::string by;                     // who answers: empty for a script, else "service"
+    std::function<void(Delivery&)> more;  // adds the next events once these are delivered
 };
 
 class Engine;
@@ -101,6 +120,7 @@ std::deque<Script> gScripts;
 int gNextStartResult = -1;   // -1: accept
 int gState = 0;
 bool gWithoutManager = false;
+bool gListening = false;
 
 bool takeScript(Script& out)
 {
@@ -179,17 +199,25 @@ public:
         observe(o);
         if (!accepted)
             return false;
+        bool listens = false;
+        {
+            std::lock_guard<std::mutex> lock(gMutex);
+            listens = gListening && type != RECOG_TYPE_DRIVER_RESPONSE;
+        }
         {
             std::lock_guard<std::mutex> lock(mMutex);
             mTurnOpen = true;
             mTurnType = type;
             mTurnSamples = 0;
+            mTurnListens = listens;
             if (type == RECOG_TYPE_DRIVER_RESPONSE)
                 mDriverTurn = DriverTurn::Open;
         }
-        post([this] {
+        post([this, listens] {
             mDetector.reset(mConfig.mEpdThreshold, mConfig.mSampleRate);
             observe(pullDeviceData(mData));
+            if (listens)
+                startListening();
         });
         return true;
     }
@@ -199,12 +227,15 @@ public:
         observe(what("stopRecognition"));
         bool open = false;
         int type = 0;
+        bool listens = false;
         std::function<void()> resume;
         {
             std::lock_guard<std::mutex> lock(mMutex);
             open = mTurnOpen;
             type = mTurnType;
+            listens = mTurnListens;
             mTurnOpen = false;
+            mTurnListens = false;
             if (open && type == RECOG_TYPE_DRIVER_RESPONSE) {
                 mDriverTurn = DriverTurn::Stopped;
                 resume = std::move(mParked);
@@ -216,7 +247,10 @@ public:
         if (!open || type == RECOG_TYPE_DRIVER_RESPONSE)
             return;
         auto delivery = std::make_shared<Delivery>();
-        if (takeScript(delivery->events))
+        const bool scripted = takeScript(delivery->events);
+        if (listens)
+            post([this, delivery, scripted] { finishListening(delivery, scripted); });
+        else if (scripted)
             post([this, delivery] { deliverNext(delivery); });
     }
 
@@ -225,11 +259,14 @@ public:
         observe(what("cancelRecognition"));
         bool open = false;
         int type = 0;
+        bool listens = false;
         {
             std::lock_guard<std::mutex> lock(mMutex);
             open = mTurnOpen;
             type = mTurnType;
+            listens = mTurnListens;
             mTurnOpen = false;
+            mTurnListens = false;
             if (open && type == RECOG_TYPE_DRIVER_RESPONSE) {
                 mDriverTurn = DriverTurn::Cancelled;
                 mParked = nullptr;
@@ -240,6 +277,8 @@ public:
         Script dropped;
         if (open && type != RECOG_TYPE_DRIVER_RESPONSE)
             takeScript(dropped);
+        if (listens)
+            post([this] { mRecognizer.abandon(); });
     }
 
     void processText(unsigned char* /*buffer*/, int length) override
@@ -268,6 +307,8 @@ public:
         Json::Value o = what("processDriverResponse");
         o["text"] = driverResponse;
         observe(o);
+        std::lock_guard<std::mutex> lock(mMutex);
+        mDriverResponse = driverResponse;
     }
 
     void processAudio(short* samples, int sampleCount, bool epd) override
@@ -279,21 +320,35 @@ public:
         }
         long total = 0;
         bool detect = false;
+        bool listen = false;
         {
             std::lock_guard<std::mutex> lock(mMutex);
             mTurnSamples += sampleCount;
             total = mTurnSamples;
             detect = mTurnOpen && mTurnType != RECOG_TYPE_DRIVER_RESPONSE && mConfig.mInternalSpeechDetector;
+            listen = mTurnOpen && mTurnListens;
         }
         Json::Value o = what("audio");
         o["samples"] = sampleCount;
         o["total"] = static_cast<Json::Int64>(total);
         o["epd"] = epd;
         observe(o);
-        if (detect) {
+        if (detect || listen) {
             std::vector<short> chunk(samples, samples + sampleCount);
-            post([this, chunk = std::move(chunk)] { detectSpeech(chunk); });
+            post([this, detect, listen, chunk = std::move(chunk)] {
+                if (detect)
+                    detectSpeech(chunk);
+                if (listen)
+                    listenTo(chunk);
+            });
         }
+    }
+
+    void setCommandDocument(const std::string& document)
+    {
+        std::lock_guard<std::mutex> lock(mMutex);
+        mDocument = document;
+        mDocumentChanged = true;
     }
 
     void setRecognitionListener(RecognitionListener* listener) override
@@ -403,10 +458,19 @@ private:
     // call queued (a driver-response turn's device data comes first).
     void deliverNext(std::shared_ptr<Delivery> delivery)
     {
-        if (delivery->next >= delivery->events.size())
-            return;
+        if (delivery->next >= delivery->events.size()) {
+            if (!delivery->more)
+                return;
+            std::function<void(Delivery&)> more = std::move(delivery->more);
+            delivery->more = nullptr;
+            more(*delivery);
+            if (delivery->next >= delivery->events.size())
+                return;
+        }
         const ScriptEvent& event = delivery->events[delivery->next++];
         Json::Value o = what("deliver");
+        if (!delivery->by.empty())
+            o["by"] = delivery->by;
         o["event"] = event.json;
         observe(o);
 
@@ -445,6 +509,7 @@ private:
             {
                 std::lock_guard<std::mutex> lock(mMutex);
                 mDriverTurn = DriverTurn::None;
+                mDriverResponse.clear();
             }
             parseAction(listener, e, toText(data));
             std::lock_guard<std::mutex> lock(mMutex);
@@ -456,6 +521,226 @@ private:
             }
         }
         post(std::move(resume));
+    }
+
+    // --- listening: the recognizer and the appliance's speech service -------
+
+    // Opens the recognizer on first use and gives it the grammar of the
+    // latest command document. False when recognition cannot run.
+    bool prepareRecognizer()
+    {
+        if (mConfig.mSampleRate != 16000) {
+            listeningProblem("the recognizer takes 16000 Hz audio; the library is configured for " +
+                             std::to_string(mConfig.mSampleRate) + " Hz");
+            return false;
+        }
+        if (!mRecognizer.isOpen()) {
+            if (!mRecognizerError.empty()) {
+                mListenProblem = "speech recognition is not available: " + mRecognizerError;
+                return false;
+            }
+            std::string error;
+            if (!mRecognizer.open(error)) {
+                mRecognizerError = error;
+                listeningProblem("speech recognition is not available: " + error);
+                return false;
+            }
+        }
+        std::string document;
+        bool changed = false;
+        {
+            std::lock_guard<std::mutex> lock(mMutex);
+            document = mDocument;
+            changed = mDocumentChanged;
+            mDocumentChanged = false;
+        }
+        if (changed || !mGrammarReady)
+            buildGrammar(document);
+        return mGrammarReady;
+    }
+
+    void buildGrammar(const std::string& document)
+    {
+        Json::Value o = what("grammar");
+        std::vector<voice::Command> commands;
+        std::string error;
+        if (document.empty()) {
+            o["problem"] = "no command document yet: the grammar holds the service's requests only";
+        } else if (!voice::readCommands(document, commands, error)) {
+            o["problem"] = error + ": the grammar holds the service's requests only";
+            complain(error.c_str());
+        }
+        mGrammar = voice::buildGrammar(commands, [this](const std::string& w) { return mRecognizer.knows(w); });
+        Json::Value unknown(Json::arrayValue);
+        for (const std::string& word : mGrammar.unknownWords) {
+            if (!mReportedWords.insert(word).second)
+                continue;
+            unknown.append(word);
+            const std::string message = "the recognizer's dictionary has no word \"" + word +
+                                        "\"; it is left out of the grammar";
+            complain(message.c_str());
+        }
+        Json::Value kept(Json::arrayValue);
+        for (const voice::GrammarCommand& c : mGrammar.commands)
+            kept.append(c.text);
+        Json::Value leftOut(Json::arrayValue);
+        for (const std::string& why : mGrammar.leftOut)
+            leftOut.append(why);
+        o["commands"] = kept;
+        o["leftOut"] = leftOut;
+        o["unknownWords"] = unknown;
+        mGrammarReady = mRecognizer.setGrammar(mGrammar.jsgf, error);
+        if (!mGrammarReady) {
+            o["problem"] = error;
+            mListenProblem = "the recognizer has no grammar: " + error;
+            complain(error.c_str());
+        }
+        observe(o);
+    }
+
+    void listeningProblem(const std::string& problem)
+    {
+        mListenProblem = problem;
+        Json::Value o = what("recognition");
+        o["problem"] = problem;
+        observe(o);
+        complain(problem.c_str());
+    }
+
+    void startListening()
+    {
+        mListenProblem.clear();
+        mListening = prepareRecognizer();
+        mHeardSamples = 0;
+        mPartial.clear();
+        if (mListening)
+            mRecognizer.start();
+    }
+
+    void listenTo(const std::vector<short>& chunk)
+    {
+        if (!mListening)
+            return;
+        const long before = mHeardSamples;
+        mHeardSamples += static_cast<long>(chunk.size());
+        mRecognizer.feed(chunk.data(), chunk.size());
+        // Partial results while speech goes on.
+        if (before / kPartialEverySamples == mHeardSamples / kPartialEverySamples || !mDetector.begun() ||
+            mDetector.ended())
+            return;
+        const std::string partial = mRecognizer.partial();
+        if (partial.empty() || partial == mPartial)
+            return;
+        mPartial = partial;
+        Json::Value e(Json::objectValue);
+        e["type"] = "partial";
+        e["text"] = partial;
+        observeDelivery("recognizer", e);
+        if (RecognitionListener* listener = recognitionListener())
+            listener->onPartialResult(partial);
+    }
+
+    void observeDelivery(const char* by, const Json::Value& event)
+    {
+        Json::Value o = what("deliver");
+        o["by"] = by;
+        o["event"] = event;
+        observe(o);
+    }
+
+    // The end of a listening turn: the embedded result, then the script if
+    // the turn has one, else the answer of the appliance's speech service.
+    void finishListening(std::shared_ptr<Delivery> delivery, bool scripted)
+    {
+        voice::Heard heard;
+        heard.speech = mDetector.begun();
+        if (mListening) {
+            mListening = false;
+            const voice::Recognition r = mRecognizer.finish();
+            const std::string said = r.accepted ? voice::matchCommand(mGrammar, r.text) : std::string();
+            heard.command = !said.empty();
+            heard.speech = heard.speech || r.accepted;
+            if (r.accepted)
+                heard.text = heard.command ? said : r.text;
+            Json::Value o = what("recognition");
+            o["text"] = r.text;
+            o["score"] = r.score;
+            o["accepted"] = r.accepted;
+            o["command"] = heard.command;
+            o["speechDetected"] = mDetector.begun();
+            observe(o);
+            Json::Value e(Json::objectValue);
+            e["type"] = "asr";
+            e["text"] = heard.command ? said : "";
+            e["engineType"] = "EMBEDDED";
+            e["confidence"] = heard.command ? 1 : 0;
+            observeDelivery("recognizer", e);
+            if (RecognitionListener* listener = recognitionListener())
+                listener->onASRResult(e["text"].asString(), "EMBEDDED", e["confidence"].asInt());
+        }
+        if (!scripted) {
+            auto dialogue = std::make_shared<voice::Dialogue>();
+            delivery->by = "service";
+            if (!mListenProblem.empty()) {
+                // Nothing was recognized: the service cannot tell what was said.
+                voice::Step step;
+                step.events.append(Json::Value(Json::objectValue));
+                step.events[0]["type"] = "error";
+                step.events[0]["code"] = static_cast<int>(RecognitionListener::RECOGNITION_ERROR_UNKNOWN);
+                step.events[0]["message"] = mListenProblem;
+                addStep(*delivery, step, dialogue);
+            } else {
+                addStep(*delivery, dialogue->begin(heard), dialogue);
+            }
+        }
+        deliverNext(delivery);
+    }
+
+    // Adds the events of one step of the service's dialogue; speaks the
+    // answer of an "nlu" event that has one.
+    void addStep(Delivery& delivery, const voice::Step& step, std::shared_ptr<voice::Dialogue> dialogue)
+    {
+        for (const Json::Value& json : step.events) {
+            ScriptEvent event;
+            event.json = json;
+            event.type = json["type"].asString();
+            if (event.type == "nlu" && json.isMember("speak"))
+                speak(event);
+            delivery.events.push_back(std::move(event));
+        }
+        if (step.awaitsReply)
+            delivery.more = [this, dialogue](Delivery& d) {
+                std::string reply;
+                {
+                    std::lock_guard<std::mutex> lock(mMutex);
+                    reply = mDriverResponse;
+                }
+                addStep(d, dialogue->reply(reply), dialogue);
+            };
+    }
+
+    void speak(ScriptEvent& event)
+    {
+        voice::SpeechOptions options;
+        options.sampleRate = kAnswerRate;
+        std::vector<int16_t> samples;
+        std::string error;
+        if (!voice::synthesize(event.json["speak"].asString(), options, samples, error)) {
+            Json::Value o = what("synthesis");
+            o["problem"] = error;
+            observe(o);
+            complain(("the spoken answer cannot be synthesized: " + error).c_str());
+            event.json["pieces"] = 0;
+            return;
+        }
+        event.speech.resize(samples.size() * 2);
+        for (size_t i = 0; i < samples.size(); ++i) {
+            const uint16_t v = static_cast<uint16_t>(samples[i]);
+            event.speech[2 * i] = static_cast<char>(v & 0xff);
+            event.speech[2 * i + 1] = static_cast<char>(v >> 8);
+        }
+        event.json["speechMs"] = static_cast<Json::UInt>(samples.size() * 1000 / kAnswerRate);
+        event.json["pieces"] = static_cast<Json::UInt>((event.speech.size() + kAnswerPieceBytes - 1) / kAnswerPieceBytes);
     }
 
     void deliverNlu(RecognitionListener* listener, const ScriptEvent& event, const std::string& engineType,
@@ -511,8 +796,22 @@ private:
     long mTurnSamples = 0;
     DriverTurn mDriverTurn = DriverTurn::None;
     std::function<void()> mParked;   // the rest of a delivery, held until the driver-response turn stops
+    bool mTurnListens = false;       // the voice turn in progress is recognized
+    std::string mDriverResponse;     // the last driver response, since the last driver request
+    std::string mDocument;           // the last command document
+    bool mDocumentChanged = false;
 
-    SpeechDetector mDetector;   // the library's thread only
+    // The library's thread only.
+    SpeechDetector mDetector;
+    voice::Recognizer mRecognizer;
+    std::string mRecognizerError;    // why it could not be opened
+    voice::Grammar mGrammar;
+    bool mGrammarReady = false;
+    std::set<std::string> mReportedWords;
+    bool mListening = false;         // an utterance is being recognized
+    std::string mListenProblem;      // why the turn in progress is not recognized
+    long mHeardSamples = 0;
+    std::string mPartial;
 };
 
 std::shared_ptr<Engine> currentEngine()
@@ -600,6 +899,7 @@ void Tessel::shutdown()
         gNextStartResult = -1;
         gState = 0;
         gWithoutManager = false;
+        gListening = false;
     }
     engine->stopThread();
     delete tessel;
@@ -624,6 +924,8 @@ void Tessel::setCommandList(std::string commandList)
     Json::Value o = what("setCommandList");
     o["document"] = commandList;
     observe(o);
+    if (std::shared_ptr<Engine> engine = currentEngine())
+        engine->setCommandDocument(commandList);
 }
 
 void Tessel::syncUserData()
@@ -672,6 +974,12 @@ void speech_standin_set_without_manager(int without_manager)
 {
     std::lock_guard<std::mutex> lock(gMutex);
     gWithoutManager = without_manager != 0;
+}
+
+void speech_standin_listen(int listen)
+{
+    std::lock_guard<std::mutex> lock(gMutex);
+    gListening = listen != 0;
 }
 
 }  // extern "C"

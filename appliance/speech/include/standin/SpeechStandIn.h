@@ -27,6 +27,12 @@
 //   {"what":"processHepticEvent","text":"..."}
 //   {"what":"stopRecognition"} / {"what":"cancelRecognition"}
 //   {"what":"deliver","event":{...the scripted server event...}}
+//        (with "by":"recognizer" or "by":"service" in a listening turn: a
+//        partial or embedded result, or an event of the appliance's service)
+//   {"what":"grammar","commands":[...],"leftOut":[...],"unknownWords":[...]}  (listening)
+//   {"what":"recognition","text":"...","score":-3,"accepted":true,"command":false,
+//        "speechDetected":true} or {"what":"recognition","problem":"..."}    (listening)
+//   {"what":"synthesis","problem":"..."}                                   (listening)
 //   {"what":"parse","data":"...","responseType":1,"isLast":true}      (parser stand-in)
 //   {"what":"driverRequest","request":"...","response":"..."}         (parser stand-in)
 //   {"what":"executeOVAction","agent":"...","actionType":"...",...}   (parser stand-in)
@@ -68,6 +74,17 @@ int speech_standin_wait_idle(int timeout_ms);
 void speech_standin_set_start_result(int accepted);
 void speech_standin_set_state(int state);
 void speech_standin_set_without_manager(int without_manager);
+
+// Listening (1) or not (0, the default) for the voice turns started from now
+// on. A listening turn's audio is recognized against the grammar of the
+// command document and the speech service's requests (pocketsphinx, US
+// English): partial results while speech goes on, and at the stop an
+// "EMBEDDED" result, the command heard with confidence 1, or empty text with
+// confidence 0. Then the turn's script is delivered if it has one; otherwise
+// the appliance's speech service answers: it asks the plug-in its driver
+// requests and speaks its answer (espeak-ng, 24 kHz) with the final NLU
+// result. Tessel::shutdown turns listening off.
+void speech_standin_listen(int listen);
 
 #ifdef __cplusplus
 }
