@@ -1,20 +1,7 @@
 #include "RetrieveImpl/Common/DeviceMusicDataRetrieverImpl.h"
 
+#include "utils/LoggedValue.h"
 #include "utils/MarlLog.h"
-
-namespace {
-bool logged(bool retv)
-{
-    LOGD("retv[%d]", retv);
-    return retv;
-}
-
-std::string loggedName(const char* label, const std::string& name)
-{
-    LOGD("%s[%s]", label, name.c_str());
-    return name;
-}
-}  // namespace
 
 bool DeviceMusicDataRetrieverImpl::support()
 {

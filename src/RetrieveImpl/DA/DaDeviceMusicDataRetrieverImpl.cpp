@@ -1,5 +1,6 @@
 #include "RetrieveImpl/DA/DaDeviceMusicDataRetrieverImpl.h"
 
+#include "utils/LoggedValue.h"
 #include "utils/MarlLog.h"
 
 namespace {
@@ -7,18 +8,6 @@ namespace {
 const int MAX_VOLUME_LEVEL = 15;
 const int STATUS_PLAYING = 10;
 const int STATUS_STOPPED = 12;
-
-bool logged(bool retv)
-{
-    LOGD("retv[%d]", retv);
-    return retv;
-}
-
-std::string loggedName(const char* label, const std::string& name)
-{
-    LOGD("%s[%s]", label, name.c_str());
-    return name;
-}
 
 }  // namespace
 

@@ -1,5 +1,6 @@
 #include "RetrieveImpl/DA/DaDeviceTimerDataRetrieverImpl.h"
 
+#include "utils/LoggedValue.h"
 #include "utils/MarlLog.h"
 
 #include <orvane-parser/TimerData.h>
@@ -17,12 +18,6 @@ const int STATUS_RUNNING = 10;
 const int STATUS_STOPPED = 12;
 const int MAX_TIMER_COUNT = 20;
 const int MAX_TIMER_ID = 1000;
-
-bool logged(bool retv)
-{
-    LOGD("retv[%d]", retv);
-    return retv;
-}
 
 }  // namespace
 
