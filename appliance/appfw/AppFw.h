@@ -31,10 +31,9 @@ inline bool deviceUsable()
         warnOnce("no device directory " + vapp::deviceDir());
         return false;
     }
-    Json::Value description;
     std::string error;
     struct stat st;
-    if (!vapp::loadDescription(description, &error) &&
+    if (!vapp::description(&error) &&
         ::stat(vapp::devicePath("device.json").c_str(), &st) == 0) {
         warnOnce(error);
         return false;

@@ -1,16 +1,23 @@
 // The platform log of the virtual appliance: every line goes to
-// DIR/log/dlog.log, and from a chosen priority up also to stderr.
+// DIR/log/dlog.log, and from a chosen priority up also to stderr. The file
+// stays open between lines; device.json's settings are read again only when
+// the file has changed.
 #include <dlog.h>
 
 #include "vappliance/Device.h"
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <sys/time.h>
 #include <unistd.h>
 
 #include <cctype>
+#include <cerrno>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
+#include <memory>
+#include <mutex>
 #include <ctime>
 #include <string>
 
@@ -31,19 +38,9 @@ char letterOf(log_priority prio)
     return prio == DLOG_DEFAULT ? 'I' : kLetters[prio - DLOG_VERBOSE];
 }
 
-// The lowest priority that also goes to stderr; DLOG_SILENT for none.
-// MARL_LOG_STDERR overrides device.json's "dlog": {"stderr": ...}.
-int stderrThreshold()
+// The word that names the lowest priority also going to stderr.
+int thresholdOf(const std::string& word)
 {
-    std::string word;
-    const char* env = std::getenv("MARL_LOG_STDERR");
-    if (env && *env) {
-        word = env;
-    } else {
-        const Json::Value setting = vapp::section("dlog").get("stderr", Json::Value());
-        if (setting.isString())
-            word = setting.asString();
-    }
     if (word.empty() || word == "none")
         return DLOG_SILENT;
     if (word.size() == 1) {
@@ -60,17 +57,78 @@ int stderrThreshold()
     return DLOG_SILENT;
 }
 
-std::string timestamp()
+// What a process keeps between lines: the log file open for appending, and
+// the settings read from device.json, looked at again only when device.json
+// has been parsed again. Guarded by mutex.
+struct LogState {
+    std::mutex mutex;
+    int fd = -1;
+    std::string dirVariable;  // MARL_DEVICE_DIR of the open file; empty: made from $HOME, checked each line
+    std::shared_ptr<const Json::Value> settingsFrom;  // the description the settings came from
+    bool settingsRead = false;
+    int descriptionThreshold = DLOG_SILENT;
+    time_t stampSecond = -1;  // the second that stampText spells
+    char stampText[32] = "";
+    pid_t pid = -1;           // the process that pidText names
+    char pidText[32] = "";
+};
+
+LogState& state()
+{
+    static LogState* logState = new LogState();  // kept for lines logged at exit
+    return *logState;
+}
+
+// The lowest priority that also goes to stderr; DLOG_SILENT for none.
+// MARL_LOG_STDERR overrides device.json's "dlog": {"stderr": ...}.
+int stderrThreshold(LogState& log, const std::shared_ptr<const Json::Value>& description)
+{
+    const char* env = std::getenv("MARL_LOG_STDERR");
+    if (env && *env)
+        return thresholdOf(env);
+    if (!log.settingsRead || description != log.settingsFrom) {
+        log.settingsRead = true;
+        log.settingsFrom = description;
+        std::string word;
+        if (description) {
+            const Json::Value setting = description->get("dlog", Json::Value()).get("stderr", Json::Value());
+            if (setting.isString())
+                word = setting.asString();
+        }
+        log.descriptionThreshold = thresholdOf(word);
+    }
+    return log.descriptionThreshold;
+}
+
+// "YYYY-MM-DD HH:MM:SS.mmm", local time; the part up to the second is
+// formatted once a second.
+void appendTimestamp(LogState& log, std::string& line)
 {
     struct timeval now;
     ::gettimeofday(&now, nullptr);
-    struct tm local;
-    ::localtime_r(&now.tv_sec, &local);
-    char text[32];
-    const size_t length = std::strftime(text, sizeof text, "%Y-%m-%d %H:%M:%S", &local);
-    std::snprintf(text + length, sizeof text - length, ".%03d",
-                  static_cast<int>(now.tv_usec / 1000));
-    return text;
+    if (now.tv_sec != log.stampSecond) {
+        struct tm local;
+        ::localtime_r(&now.tv_sec, &local);
+        std::strftime(log.stampText, sizeof log.stampText, "%Y-%m-%d %H:%M:%S", &local);
+        log.stampSecond = now.tv_sec;
+    }
+    const int ms = static_cast<int>(now.tv_usec / 1000);
+    line.append(log.stampText);
+    line.push_back('.');
+    line.push_back(static_cast<char>('0' + ms / 100));
+    line.push_back(static_cast<char>('0' + ms / 10 % 10));
+    line.push_back(static_cast<char>('0' + ms % 10));
+}
+
+// "(  PID): ", formatted again only when the process is another (a fork).
+void appendPid(LogState& log, std::string& line)
+{
+    const pid_t pid = ::getpid();
+    if (pid != log.pid) {
+        std::snprintf(log.pidText, sizeof log.pidText, "(%5d): ", static_cast<int>(pid));
+        log.pid = pid;
+    }
+    line.append(log.pidText);
 }
 
 bool writeAll(int fd, const std::string& text)
@@ -87,51 +145,89 @@ bool writeAll(int fd, const std::string& text)
     return true;
 }
 
+void closeLog(LogState& log)
+{
+    if (log.fd >= 0)
+        ::close(log.fd);
+    log.fd = -1;
+    log.dirVariable.clear();
+}
+
+// The descriptor of DIR/log/dlog.log, opened again when the device directory
+// changed or the file was removed or replaced; -1 without a device directory.
+int logFile(LogState& log)
+{
+    const char* dir = std::getenv("MARL_DEVICE_DIR");
+    const bool sameDevice = dir && *dir && log.dirVariable == dir;
+    struct stat st;
+    // A file removed, or replaced by a rename, has no links left.
+    if (log.fd >= 0 && sameDevice && ::fstat(log.fd, &st) == 0 && st.st_nlink > 0)
+        return log.fd;
+    closeLog(log);
+    if (!vapp::deviceExists() || !vapp::makeDirs(vapp::devicePath("log")))
+        return -1;
+    // O_APPEND: each line is one write at the end, so the lines of several
+    // processes never interleave, and a line written is in the file even if
+    // this process dies right after.
+    const int fd = ::open(vapp::devicePath("log/dlog.log").c_str(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC, 0644);
+    if (fd < 0)
+        return -1;
+    log.fd = fd;
+    log.dirVariable = dir && *dir ? dir : "";
+    return fd;
+}
+
 }  // namespace
 
 extern "C" int dlog_vprint(log_priority prio, const char* tag, const char* fmt, va_list ap)
 {
     if (!tag || !fmt || !(prio == DLOG_DEFAULT || (prio >= DLOG_VERBOSE && prio <= DLOG_FATAL)))
         return DLOG_ERROR_INVALID_PARAMETER;
+    const std::shared_ptr<const Json::Value> description = vapp::description();
     int code;
-    if (vapp::injectedError("dlog_print", &code))
+    if (description && vapp::injectedError(*description, "dlog_print", &code))
         return code;
 
     va_list copy;
     va_copy(copy, ap);
-    const int length = std::vsnprintf(nullptr, 0, fmt, copy);
+    char small[256];
+    const int length = std::vsnprintf(small, sizeof small, fmt, copy);
     va_end(copy);
     if (length < 0)
         return DLOG_ERROR_INVALID_PARAMETER;
-    std::string message(static_cast<size_t>(length) + 1, '\0');
-    std::vsnprintf(&message[0], message.size(), fmt, ap);
-    message.resize(static_cast<size_t>(length));
+    std::string message;
+    if (static_cast<size_t>(length) < sizeof small) {
+        message.assign(small, static_cast<size_t>(length));
+    } else {
+        message.assign(static_cast<size_t>(length) + 1, '\0');
+        std::vsnprintf(&message[0], message.size(), fmt, ap);
+        message.resize(static_cast<size_t>(length));
+    }
     while (!message.empty() && message.back() == '\n')
         message.pop_back();
 
-    char head[64];
-    std::snprintf(head, sizeof head, " %c/", letterOf(prio));
-    char pid[32];
-    std::snprintf(pid, sizeof pid, "(%5d): ", static_cast<int>(::getpid()));
-    const std::string line = timestamp() + head + tag + pid + message + "\n";
+    LogState& log = state();
+    std::lock_guard<std::mutex> lock(log.mutex);
+    const char head[] = {' ', letterOf(prio), '/', '\0'};
+    std::string line;
+    line.reserve(32 + std::strlen(tag) + 16 + message.size());
+    appendTimestamp(log, line);
+    line.append(head).append(tag);
+    appendPid(log, line);
+    line.append(message).push_back('\n');
 
     const int effective = prio == DLOG_DEFAULT ? DLOG_INFO : prio;
-    if (effective >= stderrThreshold())
+    if (effective >= stderrThreshold(log, description))
         writeAll(STDERR_FILENO, line);
 
-    if (!vapp::deviceExists())
-        return DLOG_ERROR_NOT_PERMITTED;
-    const std::string dir = vapp::devicePath("log");
-    if (!vapp::makeDirs(dir))
-        return DLOG_ERROR_NOT_PERMITTED;
-    // One write with O_APPEND: lines of several processes never interleave.
-    const int fd = ::open((dir + "/dlog.log").c_str(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC,
-                          0644);
+    const int fd = logFile(log);
     if (fd < 0)
         return DLOG_ERROR_NOT_PERMITTED;
-    const bool ok = writeAll(fd, line);
-    ::close(fd);
-    return ok ? static_cast<int>(line.size()) : DLOG_ERROR_NOT_PERMITTED;
+    if (!writeAll(fd, line)) {
+        closeLog(log);
+        return DLOG_ERROR_NOT_PERMITTED;
+    }
+    return static_cast<int>(line.size());
 }
 
 extern "C" int dlog_print(log_priority prio, const char* tag, const char* fmt, ...)

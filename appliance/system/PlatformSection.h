@@ -100,17 +100,17 @@ public:
     PlatformRead(const char* function, const char* sectionName, int unavailable)
         : mName(sectionName)
     {
+        const auto description = vapp::description();
         int code = 0;
-        if (injectedError(function, &code)) {
+        if (description && injectedError(*description, function, &code)) {
             mCode = code;
             return;
         }
-        Json::Value description;
-        if (!loadDescription(description)) {
+        if (!description) {
             mCode = unavailable;
             return;
         }
-        mSection = description.get(sectionName, Json::Value());
+        mSection = description->get(sectionName, Json::Value());
         if (mSection.isNull())
             mSection = Json::Value(Json::objectValue);
         if (!mSection.isObject()) {

@@ -2,6 +2,8 @@
 
 #include <orvane-da-db/odb_manager.h>
 
+#include <unistd.h>
+
 #include <cstdlib>
 #include <fstream>
 #include <string>
@@ -31,6 +33,36 @@ int walk(const char* table, std::vector<Cell>& cells)
     const int walked = odb_manager_foreach_table(handle, table, collect, &cells);
     EXPECT_EQ(odb_manager_destroy(handle), ODB_ERROR_NONE);
     return walked;
+}
+
+int sqlite3Cli(const std::string& sql)
+{
+    // No busy wait: a handle that kept the store locked would make this fail.
+    return std::system(("sqlite3 -cmd '.timeout 0' " + vapp::datastorePath() + " \"" + sql + "\" >/dev/null 2>&1").c_str());
+}
+
+std::string textsOf(const std::vector<Cell>& cells)
+{
+    std::string texts;
+    for (const auto& cell : cells)
+        texts += std::to_string(cell.row) + ":" + cell.column + "=" +
+                 (cell.type == ODB_VALUE_TYPE_TEXT ? cell.text : std::to_string(cell.value)) + " ";
+    return texts;
+}
+
+struct Nested {
+    odb_manager_h handle;
+    std::vector<Cell> outer;
+    std::vector<Cell> inner;
+    int innerResult = -100;
+};
+
+void walkAgain(int row, int type, const char* column, const char* text, int value, void* data)
+{
+    Nested* nested = static_cast<Nested*>(data);
+    nested->outer.push_back({row, type, column, text ? text : "", value});
+    if (nested->innerResult == -100)
+        nested->innerResult = odb_manager_foreach_table(nested->handle, "Timer", collect, &nested->inner);
 }
 
 }  // namespace
@@ -146,4 +178,109 @@ TEST(DataStore, NullArgumentsAreInvalid)
     EXPECT_EQ(odb_manager_foreach_table(handle, "Timer", nullptr, nullptr), ODB_ERROR_INVALID_PARAMETER);
     EXPECT_EQ(odb_manager_destroy(handle), ODB_ERROR_NONE);
     EXPECT_EQ(odb_manager_destroy(nullptr), ODB_ERROR_INVALID_PARAMETER);
+}
+
+TEST(DataStore, AKeptHandleSeesEveryRowThatAnotherProcessWrites)
+{
+    marltest::TestDevice dev(R"({"datastore": {"Timer": [{"id": "1"}]}})");
+    odb_manager_h handle = nullptr;
+    ASSERT_EQ(odb_manager_create(&handle, "PRIVATE Orvane"), ODB_ERROR_NONE);
+    std::vector<Cell> cells;
+    ASSERT_EQ(odb_manager_foreach_table(handle, "Timer", collect, &cells), ODB_ERROR_NONE);
+    EXPECT_EQ(textsOf(cells), "0:id=1 ");
+    // Two writes within the same second, each seen by the next walk.
+    for (const char* id : {"2", "3"}) {
+        ASSERT_EQ(sqlite3Cli(std::string("UPDATE Timer SET id = '") + id + "'"), 0);
+        cells.clear();
+        ASSERT_EQ(odb_manager_foreach_table(handle, "Timer", collect, &cells), ODB_ERROR_NONE);
+        EXPECT_EQ(textsOf(cells), std::string("0:id=") + id + " ");
+    }
+    ASSERT_EQ(sqlite3Cli("INSERT INTO Timer VALUES ('4')"), 0);
+    cells.clear();
+    ASSERT_EQ(odb_manager_foreach_table(handle, "Timer", collect, &cells), ODB_ERROR_NONE);
+    EXPECT_EQ(textsOf(cells), "0:id=3 1:id=4 ");
+    EXPECT_EQ(odb_manager_destroy(handle), ODB_ERROR_NONE);
+}
+
+TEST(DataStore, AKeptHandleSeesATableMadeAgainWithOtherColumns)
+{
+    marltest::TestDevice dev(R"({"datastore": {"Timer": [{"id": "1"}]}})");
+    odb_manager_h handle = nullptr;
+    ASSERT_EQ(odb_manager_create(&handle, "PRIVATE Orvane"), ODB_ERROR_NONE);
+    std::vector<Cell> cells;
+    ASSERT_EQ(odb_manager_foreach_table(handle, "Timer", collect, &cells), ODB_ERROR_NONE);
+    ASSERT_EQ(sqlite3Cli("DROP TABLE Timer; CREATE TABLE Timer (id, delayTime); INSERT INTO Timer VALUES ('7', 60)"), 0);
+    cells.clear();
+    ASSERT_EQ(odb_manager_foreach_table(handle, "Timer", collect, &cells), ODB_ERROR_NONE);
+    EXPECT_EQ(textsOf(cells), "0:id=7 0:delayTime=60 ");
+    ASSERT_EQ(sqlite3Cli("DROP TABLE Timer"), 0);
+    EXPECT_EQ(odb_manager_foreach_table(handle, "Timer", collect, &cells), ODB_ERROR_NO_SUCH_TABLE);
+    dev.apply(R"({"datastore": {"Timer": [{"isrunning": "1"}]}})");
+    cells.clear();
+    ASSERT_EQ(odb_manager_foreach_table(handle, "Timer", collect, &cells), ODB_ERROR_NONE);
+    EXPECT_EQ(textsOf(cells), "0:isrunning=1 ");
+    EXPECT_EQ(odb_manager_destroy(handle), ODB_ERROR_NONE);
+}
+
+TEST(DataStore, AKeptHandleFollowsAStoreThatIsRemovedOrReplaced)
+{
+    marltest::TestDevice dev(R"({"datastore": {"Timer": [{"id": "1"}]}})");
+    odb_manager_h handle = nullptr;
+    ASSERT_EQ(odb_manager_create(&handle, "PRIVATE Orvane"), ODB_ERROR_NONE);
+    std::vector<Cell> cells;
+    ASSERT_EQ(odb_manager_foreach_table(handle, "Timer", collect, &cells), ODB_ERROR_NONE);
+    ASSERT_EQ(::unlink(vapp::datastorePath().c_str()), 0);
+    EXPECT_EQ(odb_manager_foreach_table(handle, "Timer", collect, &cells), ODB_ERROR_IO);
+    std::ofstream(vapp::datastorePath()) << "this is not a database, just some text that is long enough";
+    EXPECT_EQ(odb_manager_foreach_table(handle, "Timer", collect, &cells), ODB_ERROR_NOT_A_DATABASE);
+    ASSERT_EQ(::unlink(vapp::datastorePath().c_str()), 0);
+    dev.apply(R"({"datastore": {"Timer": [{"id": "9"}]}})");
+    cells.clear();
+    ASSERT_EQ(odb_manager_foreach_table(handle, "Timer", collect, &cells), ODB_ERROR_NONE);
+    EXPECT_EQ(textsOf(cells), "0:id=9 ");
+    EXPECT_EQ(odb_manager_destroy(handle), ODB_ERROR_NONE);
+}
+
+TEST(DataStore, AKeptHandleLeavesTheStoreUnlockedBetweenWalks)
+{
+    marltest::TestDevice dev(R"({"datastore": {"Timer": [{"id": "1"}, {"id": "2"}]}})");
+    odb_manager_h handle = nullptr;
+    ASSERT_EQ(odb_manager_create(&handle, "PRIVATE Orvane"), ODB_ERROR_NONE);
+    std::vector<Cell> cells;
+    ASSERT_EQ(odb_manager_foreach_table(handle, "Timer", collect, &cells), ODB_ERROR_NONE);
+    EXPECT_EQ(odb_manager_foreach_table(handle, "Music", collect, &cells), ODB_ERROR_NO_SUCH_TABLE);
+    EXPECT_EQ(sqlite3Cli("INSERT INTO Timer VALUES ('3')"), 0);
+    EXPECT_EQ(odb_manager_destroy(handle), ODB_ERROR_NONE);
+}
+
+TEST(DataStore, ACallbackMayWalkAgainOnTheSameHandle)
+{
+    marltest::TestDevice dev(R"({"datastore": {"Timer": [{"id": "1"}, {"id": "2"}]}})");
+    Nested nested;
+    ASSERT_EQ(odb_manager_create(&nested.handle, "PRIVATE Orvane"), ODB_ERROR_NONE);
+    ASSERT_EQ(odb_manager_foreach_table(nested.handle, "Timer", walkAgain, &nested), ODB_ERROR_NONE);
+    EXPECT_EQ(nested.innerResult, ODB_ERROR_NONE);
+    EXPECT_EQ(textsOf(nested.outer), "0:id=1 1:id=2 ");
+    EXPECT_EQ(textsOf(nested.inner), "0:id=1 1:id=2 ");
+    EXPECT_EQ(odb_manager_destroy(nested.handle), ODB_ERROR_NONE);
+}
+
+TEST(DataStore, TheNextHandleSeesWhatChangedAfterTheLastOneWasDestroyed)
+{
+    marltest::TestDevice dev(R"({"datastore": {"Timer": [{"id": "1"}]}})");
+    std::vector<Cell> cells;
+    ASSERT_EQ(walk("Timer", cells), ODB_ERROR_NONE);
+    ASSERT_EQ(sqlite3Cli("UPDATE Timer SET id = '2'"), 0);
+    cells.clear();
+    ASSERT_EQ(walk("Timer", cells), ODB_ERROR_NONE);
+    EXPECT_EQ(textsOf(cells), "0:id=2 ");
+    ASSERT_EQ(::unlink(vapp::datastorePath().c_str()), 0);
+    dev.apply(R"({"datastore": {"Timer": [{"id": "3"}]}})");
+    cells.clear();
+    ASSERT_EQ(walk("Timer", cells), ODB_ERROR_NONE);
+    EXPECT_EQ(textsOf(cells), "0:id=3 ");
+    marltest::TestDevice other(R"({"datastore": {"Timer": [{"id": "4"}]}})");
+    cells.clear();
+    ASSERT_EQ(walk("Timer", cells), ODB_ERROR_NONE);
+    EXPECT_EQ(textsOf(cells), "0:id=4 ");
 }

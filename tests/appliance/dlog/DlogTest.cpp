@@ -280,4 +280,75 @@ TEST_F(Dlog, MalformedDescriptionStillLogsToTheFile)
     EXPECT_NE(std::string::npos, logLines(dev)[0].find("): kept"));
 }
 
+TEST_F(Dlog, LinesLoggedBeforeACrashAreInTheFile)
+{
+    marltest::TestDevice dev;
+    const pid_t pid = ::fork();
+    ASSERT_GE(pid, 0);
+    if (pid == 0) {
+        dlog_print(DLOG_INFO, "T", "first");
+        dlog_print(DLOG_INFO, "T", "second");
+        std::abort();
+    }
+    int status = 0;
+    ASSERT_EQ(pid, ::waitpid(pid, &status, 0));
+    EXPECT_TRUE(WIFSIGNALED(status));
+    const std::vector<std::string> lines = logLines(dev);
+    ASSERT_EQ(2u, lines.size());
+    EXPECT_NE(std::string::npos, lines[1].find("): second"));
+}
+
+TEST_F(Dlog, StderrLevelChangedByAnotherProcessIsSeenAtTheNextLine)
+{
+    marltest::TestDevice dev(R"({"dlog": {"stderr": "E"}})");
+    const char* build = std::getenv("MARL_BUILD_DIR");
+    const std::string marlDevice = std::string(build ? build : ".") + "/bin/marl-device";
+    auto setLevel = [&](const char* level) {
+        std::ofstream(dev.path("more.json"), std::ios::trunc)
+            << "{\"dlog\": {\"stderr\": \"" << level << "\"}}";
+        return std::system((marlDevice + " apply " + dev.path("more.json") + " --device " + dev.dir()).c_str());
+    };
+    for (int round = 0; round < 2; ++round) {
+        ::testing::internal::CaptureStderr();
+        dlog_print(DLOG_WARN, "T", "warning one");
+        ASSERT_EQ(0, setLevel("W"));
+        dlog_print(DLOG_WARN, "T", "warning two");
+        ASSERT_EQ(0, setLevel("E"));
+        dlog_print(DLOG_WARN, "T", "warning three");
+        const std::string err = ::testing::internal::GetCapturedStderr();
+        EXPECT_EQ(std::string::npos, err.find("warning one"));
+        EXPECT_NE(std::string::npos, err.find("warning two"));
+        EXPECT_EQ(std::string::npos, err.find("warning three"));
+    }
+    EXPECT_EQ(6u, logLines(dev).size());
+}
+
+TEST_F(Dlog, ARemovedLogIsMadeAgain)
+{
+    marltest::TestDevice dev;
+    dlog_print(DLOG_INFO, "T", "before");
+    ASSERT_EQ(0, ::unlink(dev.path("log/dlog.log").c_str()));
+    dlog_print(DLOG_INFO, "T", "after the file went");
+    std::vector<std::string> lines = logLines(dev);
+    ASSERT_EQ(1u, lines.size());
+    EXPECT_NE(std::string::npos, lines[0].find("): after the file went"));
+    ASSERT_EQ(0, ::unlink(dev.path("log/dlog.log").c_str()));
+    ASSERT_EQ(0, ::rmdir(dev.path("log").c_str()));
+    dlog_print(DLOG_INFO, "T", "after the folder went");
+    lines = logLines(dev);
+    ASSERT_EQ(1u, lines.size());
+    EXPECT_NE(std::string::npos, lines[0].find("): after the folder went"));
+}
+
+TEST_F(Dlog, EachDeviceGetsItsOwnLog)
+{
+    marltest::TestDevice first;
+    dlog_print(DLOG_INFO, "T", "to the first");
+    marltest::TestDevice second;
+    dlog_print(DLOG_INFO, "T", "to the second");
+    ASSERT_EQ(1u, logLines(first).size());
+    ASSERT_EQ(1u, logLines(second).size());
+    EXPECT_NE(std::string::npos, logLines(second)[0].find("): to the second"));
+}
+
 }  // namespace

@@ -17,6 +17,7 @@
 #include <json/json.h>
 
 #include <functional>
+#include <memory>
 #include <string>
 #include <utility>
 #include <vector>
@@ -32,8 +33,13 @@ std::string devicePath(const std::string& relative);
 
 // --- device.json ---------------------------------------------------------
 
-// The parsed description. False, with a message, when the file is missing or
-// malformed; a malformed file is also reported once on stderr.
+// The parsed description, shared; null, with a message, when the file is
+// missing or malformed (a malformed file is also reported once on stderr).
+// The file is parsed again only when it has changed, so that two calls
+// without a write in between answer the same object.
+std::shared_ptr<const Json::Value> description(std::string* error = nullptr);
+// The same, copied. False, with a message, when the file is missing or
+// malformed.
 bool loadDescription(Json::Value& out, std::string* error = nullptr);
 // One top-level section of the description, null when absent or unreadable.
 Json::Value section(const char* name);
@@ -46,6 +52,8 @@ const std::vector<std::string>& platformSections();
 // platform function returns instead of doing its work. The code is a number or
 // a registered symbolic name ("TIZEN_ERROR_IO_ERROR", "WIFI_ERROR_...").
 bool injectedError(const char* function, int* code);
+// The same, in a description already at hand.
+bool injectedError(const Json::Value& description, const char* function, int* code);
 
 // Codes given in JSON: a number, or a registered name. False when neither.
 bool errorCodeFromJson(const Json::Value& value, int* code);
@@ -116,7 +124,8 @@ struct AppsState {
 
 bool appsFromJson(const Json::Value& json, AppsState& state, std::string* error);
 Json::Value appsToJson(const AppsState& state);
-// A missing apps.json is an empty state; a malformed one is an error.
+// A missing apps.json is an empty state; a malformed one is an error. The
+// file is parsed again only when it has changed.
 bool loadApps(AppsState& state, std::string* error = nullptr);
 // Read, change and write back under an exclusive lock.
 bool updateApps(const std::function<void(AppsState&)>& change, std::string* error = nullptr);
