@@ -49,29 +49,29 @@ ICustomizedDataRetrieve* CustomizedDataRetrieveManager::getInternalRetriever()
 
 ICustomizedDriverResponse* CustomizedDataRetrieveManager::getDriverResponseRetriever()
 {
-    return chooseRetriever(getUserRetriever(), getInternalRetriever(),
-                           &ICustomizedDataRetrieve::getDriverResponseRetriever, "userDrRetriever",
-                           "internalDrRetriever", "retDrRetriever");
+    return CHOOSE_RETRIEVER(getUserRetriever(), getInternalRetriever(),
+                            &ICustomizedDataRetrieve::getDriverResponseRetriever, "userDrRetriever",
+                            "internalDrRetriever", "retDrRetriever");
 }
 
 ICustomizedNluParams* CustomizedDataRetrieveManager::getNluParamsRetriever()
 {
-    return chooseRetriever(getUserRetriever(), getInternalRetriever(),
-                           &ICustomizedDataRetrieve::getNluParamsRetriever, "userNluParamsRetriever",
-                           "internalNluParamsRetriever", "retNluParamsRetriever");
+    return CHOOSE_RETRIEVER(getUserRetriever(), getInternalRetriever(),
+                            &ICustomizedDataRetrieve::getNluParamsRetriever, "userNluParamsRetriever",
+                            "internalNluParamsRetriever", "retNluParamsRetriever");
 }
 
 ICustomizedRecognitionMode* CustomizedDataRetrieveManager::getRecognitionModeRetriever()
 {
-    return chooseRetriever(getUserRetriever(), getInternalRetriever(),
-                           &ICustomizedDataRetrieve::getRecognitionModeRetriever,
-                           "userRecoModeRetriever", "internalRecoModeRetriever",
-                           "retRecoModeRetriever");
+    return CHOOSE_RETRIEVER(getUserRetriever(), getInternalRetriever(),
+                            &ICustomizedDataRetrieve::getRecognitionModeRetriever,
+                            "userRecoModeRetriever", "internalRecoModeRetriever",
+                            "retRecoModeRetriever");
 }
 
 ICustomizedServerDefines* CustomizedDataRetrieveManager::getServerDefineRetriever()
 {
-    return chooseRetriever(getUserRetriever(), getInternalRetriever(),
-                           &ICustomizedDataRetrieve::getServerDefineRetriever, "userServerDefRet",
-                           "innerServerDefRet", "retServerDefineRetriever");
+    return CHOOSE_RETRIEVER(getUserRetriever(), getInternalRetriever(),
+                            &ICustomizedDataRetrieve::getServerDefineRetriever, "userServerDefRet",
+                            "innerServerDefRet", "retServerDefineRetriever");
 }

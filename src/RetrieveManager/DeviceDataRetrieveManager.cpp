@@ -48,37 +48,37 @@ IDeviceDataRetrieve* DeviceDataRetrieveManager::getInternalDeviceDataRetriever()
 
 IDeviceMorningBriefDataRetrieve* DeviceDataRetrieveManager::getMorningBriefRetriever()
 {
-    return chooseRetriever(getUserDeviceDataRetriever(), getInternalDeviceDataRetriever(),
-                           &IDeviceDataRetrieve::getDeviceMorningBriefDataRetriever,
-                           "userMorningBriefRetriever", "internalMorningBriefRetriever",
-                           "retMorningBriefRetriever");
+    return CHOOSE_RETRIEVER(getUserDeviceDataRetriever(), getInternalDeviceDataRetriever(),
+                            &IDeviceDataRetrieve::getDeviceMorningBriefDataRetriever,
+                            "userMorningBriefRetriever", "internalMorningBriefRetriever",
+                            "retMorningBriefRetriever");
 }
 
 IDeviceMusicDataRetrieve* DeviceDataRetrieveManager::getMusicRetriever()
 {
-    return chooseRetriever(getUserDeviceDataRetriever(), getInternalDeviceDataRetriever(),
-                           &IDeviceDataRetrieve::getDeviceMusicDataRetriever, "userMusicRetriever",
-                           "internalMusicRetriever", "retMusicRetriever");
+    return CHOOSE_RETRIEVER(getUserDeviceDataRetriever(), getInternalDeviceDataRetriever(),
+                            &IDeviceDataRetrieve::getDeviceMusicDataRetriever, "userMusicRetriever",
+                            "internalMusicRetriever", "retMusicRetriever");
 }
 
 IDeviceShoppingListDataRetrieve* DeviceDataRetrieveManager::getShoppingListRetriever()
 {
-    return chooseRetriever(getUserDeviceDataRetriever(), getInternalDeviceDataRetriever(),
-                           &IDeviceDataRetrieve::getDeviceShoppingListDataRetriever,
-                           "userShoppingListRetriever", "internalShoppingListRetriever",
-                           "retShoppingListRetriever");
+    return CHOOSE_RETRIEVER(getUserDeviceDataRetriever(), getInternalDeviceDataRetriever(),
+                            &IDeviceDataRetrieve::getDeviceShoppingListDataRetriever,
+                            "userShoppingListRetriever", "internalShoppingListRetriever",
+                            "retShoppingListRetriever");
 }
 
 IDeviceStatusDataRetrieve* DeviceDataRetrieveManager::getStatusRetriever()
 {
-    return chooseRetriever(getUserDeviceDataRetriever(), getInternalDeviceDataRetriever(),
-                           &IDeviceDataRetrieve::getDeviceStatusDataRetriever, "userStatusRetriever",
-                           "internalStatusRetriever", "retStatusRetriever");
+    return CHOOSE_RETRIEVER(getUserDeviceDataRetriever(), getInternalDeviceDataRetriever(),
+                            &IDeviceDataRetrieve::getDeviceStatusDataRetriever, "userStatusRetriever",
+                            "internalStatusRetriever", "retStatusRetriever");
 }
 
 IDeviceTimerDataRetrieve* DeviceDataRetrieveManager::getTimerRetriever()
 {
-    return chooseRetriever(getUserDeviceDataRetriever(), getInternalDeviceDataRetriever(),
-                           &IDeviceDataRetrieve::getDeviceTimerDataRetriever, "userTimerRetriever",
-                           "internalTimerRetriever", "retTimerRetriever");
+    return CHOOSE_RETRIEVER(getUserDeviceDataRetriever(), getInternalDeviceDataRetriever(),
+                            &IDeviceDataRetrieve::getDeviceTimerDataRetriever, "userTimerRetriever",
+                            "internalTimerRetriever", "retTimerRetriever");
 }

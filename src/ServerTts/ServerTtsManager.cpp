@@ -5,6 +5,8 @@
 #include "fwWrapper/MarlEngineWrapper.h"
 #include "utils/MarlLog.h"
 
+#include <atomic>
+
 #include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
@@ -62,15 +64,23 @@ void* onMainLoop(Ecore_Data_Cb work, TimerWork* data)
 
 }  // namespace
 
+struct ServerTtsManager::Playback {
+    ServerTtsManager* manager;  // main loop only; null once the manager is deleted
+    char* samples;              // the play thread's own copy, freed with the playback
+    unsigned int size;
+    audio_out_h handle;          // play thread only
+    std::atomic<bool> onPlaying;
+};
+
 ServerTtsManager::ServerTtsManager()
-    : mOnPlaying(false),
-      mReceived(false),
+    : mReceived(false),
       mTtsPcmPath("/opt/usr/home/owner/media/Sounds/test.pcm"),
       mTtsOpusPath("/opt/usr/root/home/guest/Sounds/test.opus"),
       mTtsBuf(nullptr),
       mTtsBufSize(0),
-      mAudioOutHandle(nullptr),
       mPlayThread(nullptr),
+      mPlayThreadCancelled(false),
+      mPlayback(nullptr),
       mWaitingTimer(nullptr),
       mPendedResult(nullptr)
 {
@@ -79,6 +89,11 @@ ServerTtsManager::ServerTtsManager()
 ServerTtsManager::~ServerTtsManager()
 {
     requestServerTtsStop();
+    // The end or cancel callback of the playback may still be queued on the
+    // main loop: it frees the playback without coming back here.
+    if (mPlayback)
+        mPlayback->manager = nullptr;
+    mPlayback = nullptr;
     _removeWatingTimer();
     removeFile(mTtsPcmPath);
     removeFile(mTtsOpusPath);
@@ -117,8 +132,9 @@ bool ServerTtsManager::getUserPlay()
 
 bool ServerTtsManager::getOnPlaying()
 {
-    LOGD("playing status[%d]", mOnPlaying);
-    return mOnPlaying;
+    const bool onPlaying = mPlayback && mPlayback->onPlaying;
+    LOGD("playing status[%d]", onPlaying);
+    return onPlaying;
 }
 
 bool ServerTtsManager::getReceived()
@@ -232,7 +248,8 @@ bool ServerTtsManager::serverTtsReceiveDone()
             clearServerTts();
             return false;
         }
-        const size_t written = fwrite(mTtsBuf, mTtsBufSize, 1, file);
+        // mTtsBufSize items of 1 byte: the result is the count of bytes written.
+        const size_t written = fwrite(mTtsBuf, 1, mTtsBufSize, file);
         if (written == 0)
             LOGE("Failed to fwrite. Please remained spaces or access rights");
         else
@@ -261,7 +278,22 @@ bool ServerTtsManager::requestServerTtsPlay(const char* ttsBuffer, unsigned int 
         LOGE("TTS is already on Playing - Ignore reqeusts");
         return true;
     }
-    mPlayThread = ecore_thread_run(__threadStartCb, __threadEndCb, __threadCancelCb, this);
+    // The thread plays a copy of the gathered speech, which a new turn may
+    // clear under it; without memory for the copy it finds no speech.
+    Playback* playback = new Playback{this, nullptr, 0, nullptr, {false}};
+    if (mTtsBuf && mTtsBufSize != 0) {
+        playback->samples = static_cast<char*>(malloc(mTtsBufSize));
+        if (playback->samples) {
+            memcpy(playback->samples, mTtsBuf, mTtsBufSize);
+            playback->size = mTtsBufSize;
+        } else {
+            LOGE("Failed to calloc");
+        }
+    }
+    mPlayback = playback;
+    mPlayThreadCancelled = false;
+    // Ecore owns the playback from here: a failed start cancels it at once.
+    mPlayThread = ecore_thread_run(__threadStartCb, __threadEndCb, __threadCancelCb, playback);
     return true;
 }
 
@@ -272,12 +304,21 @@ void ServerTtsManager::__threadStartCb(void* data, Ecore_Thread* thread)
         LOGE("data is NULL");
         return;
     }
-    ServerTtsManager* self = static_cast<ServerTtsManager*>(data);
-    self->playServerTts(self->mTtsBuf, self->mTtsBufSize);
+    Playback* playback = static_cast<Playback*>(data);
+    playServerTts(playback);
 }
 
 bool ServerTtsManager::playServerTts(const char* ttsBuffer, unsigned int ttsBufferLen)
 {
+    // Plays the given speech in place, on the caller's thread.
+    Playback playback{this, const_cast<char*>(ttsBuffer), ttsBufferLen, nullptr, {false}};
+    return playServerTts(&playback);
+}
+
+bool ServerTtsManager::playServerTts(Playback* playback)
+{
+    const char* ttsBuffer = playback->samples;
+    const unsigned int ttsBufferLen = playback->size;
     if (!ttsBuffer) {
         LOGE("ttsBuffer is NULL");
         return false;
@@ -286,7 +327,7 @@ bool ServerTtsManager::playServerTts(const char* ttsBuffer, unsigned int ttsBuff
         LOGE("ttsBufferLen is 0");
         return false;
     }
-    stopPlayingServerTts();
+    stopPlayingServerTts(playback);
 
     // Gain of 2 with clipping, in place on the gathered speech.
     short* samples = reinterpret_cast<short*>(const_cast<char*>(ttsBuffer));
@@ -301,18 +342,18 @@ bool ServerTtsManager::playServerTts(const char* ttsBuffer, unsigned int ttsBuff
 
     int ret = audio_out_create(TTS_SAMPLE_RATE, static_cast<audio_channel_e>(TTS_CHANNEL_MONO),
                                static_cast<audio_sample_type_e>(TTS_SAMPLE_TYPE_S16_LE),
-                               static_cast<sound_type_e>(TTS_SOUND_TYPE_MEDIA), &mAudioOutHandle);
+                               static_cast<sound_type_e>(TTS_SOUND_TYPE_MEDIA), &playback->handle);
     if (ret != 0) {
         LOGE("audio_out_unprepare - ret[%d]", ret);
         return false;
     }
-    if (!mAudioOutHandle) {
+    if (!playback->handle) {
         LOGE("Failed to create audioOutHandle");
         return false;
     }
-    ret = audio_out_prepare(mAudioOutHandle);
+    ret = audio_out_prepare(playback->handle);
     LOGD("audio_out_prepare - ret[%d]", ret);
-    mOnPlaying = true;
+    playback->onPlaying = true;
 
     for (unsigned int i = 0; i * TTS_CHUNK_SIZE < ttsBufferLen; ++i) {
         const unsigned int pieceSize = (i + 1) * TTS_CHUNK_SIZE <= ttsBufferLen ? TTS_CHUNK_SIZE
@@ -324,7 +365,7 @@ bool ServerTtsManager::playServerTts(const char* ttsBuffer, unsigned int ttsBuff
             break;
         memset(piece, 0, pieceSize);
         memcpy(piece, ttsBuffer + i * TTS_CHUNK_SIZE, pieceSize);
-        ret = audio_out_write(mAudioOutHandle, piece, pieceSize);
+        ret = audio_out_write(playback->handle, piece, pieceSize);
         free(piece);
         // Only a return of 0 goes on to the next piece.
         if (ret != 0) {
@@ -333,8 +374,8 @@ bool ServerTtsManager::playServerTts(const char* ttsBuffer, unsigned int ttsBuff
         }
     }
 
-    _closeAudioOut();
-    mOnPlaying = false;
+    _closeAudioOut(playback);
+    playback->onPlaying = false;
     return true;
 }
 
@@ -345,9 +386,15 @@ void ServerTtsManager::__threadEndCb(void* data, Ecore_Thread* /*thread*/)
         LOGE("data is NULL");
         return;
     }
-    ServerTtsManager* self = static_cast<ServerTtsManager*>(data);
-    self->clearServerTts();
-    self->mPlayThread = nullptr;
+    Playback* playback = static_cast<Playback*>(data);
+    ServerTtsManager* self = playback->manager;
+    if (self) {
+        self->clearServerTts();
+        self->mPlayThread = nullptr;
+        self->mPlayback = nullptr;
+    }
+    free(playback->samples);
+    delete playback;
 }
 
 bool ServerTtsManager::requestServerTtsStop()
@@ -356,10 +403,11 @@ bool ServerTtsManager::requestServerTtsStop()
         LOGD("There is no playing TTS");
         return false;
     }
-    if (ecore_thread_check(mPlayThread)) {
+    if (mPlayThreadCancelled || ecore_thread_check(mPlayThread)) {
         LOGE("thread check failed");
         return false;
     }
+    mPlayThreadCancelled = true;
     ecore_thread_cancel(mPlayThread);
     return true;
 }
@@ -371,33 +419,45 @@ void ServerTtsManager::__threadCancelCb(void* data, Ecore_Thread* thread)
         LOGE("data is NULL");
         return;
     }
-    // The play thread stays recorded: the next play request is ignored.
-    static_cast<ServerTtsManager*>(data)->stopPlayingServerTts();
+    // Ecore calls this once the play loop has returned, or instead of a start
+    // that never came; the play thread stays recorded, so the next play
+    // request is ignored. A deleted manager left the playback alone.
+    Playback* playback = static_cast<Playback*>(data);
+    ServerTtsManager* self = playback->manager;
+    if (self) {
+        self->mPlayback = nullptr;
+        self->stopPlayingServerTts();
+    }
+    free(playback->samples);
+    delete playback;
 }
 
 bool ServerTtsManager::stopPlayingServerTts()
 {
-    if (!mAudioOutHandle) {
-        LOGE("There is no handle");
-        return false;
-    }
-    if (!mPlayThread) {
-        LOGD("There is no playing tts");
-        return false;
-    }
-    _closeAudioOut();
-    clearServerTts();
-    mOnPlaying = false;
+    // The audio output belongs to the play thread, which closes it when its
+    // loop ends; the manager never holds one to take away.
+    LOGE("There is no handle");
     return false;
 }
 
-void ServerTtsManager::_closeAudioOut()
+bool ServerTtsManager::stopPlayingServerTts(Playback* playback)
 {
-    int ret = audio_out_unprepare(mAudioOutHandle);
+    if (!playback->handle) {
+        LOGE("There is no handle");
+        return false;
+    }
+    _closeAudioOut(playback);
+    playback->onPlaying = false;
+    return false;
+}
+
+void ServerTtsManager::_closeAudioOut(Playback* playback)
+{
+    int ret = audio_out_unprepare(playback->handle);
     LOGD("audio_out_unprepare - ret[%d]", ret);
-    ret = audio_out_destroy(mAudioOutHandle);
+    ret = audio_out_destroy(playback->handle);
     LOGD("audio_out_destroy - ret[%d]", ret);
-    mAudioOutHandle = nullptr;
+    playback->handle = nullptr;
 }
 
 void ServerTtsManager::_removeWatingTimer()

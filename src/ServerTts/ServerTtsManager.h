@@ -33,21 +33,28 @@ public:
     bool stopPlayingServerTts();
 
 private:
+    // One playback of the play thread: its own copy of the speech and its own
+    // audio output, so that a new turn can clear the gathered speech and the
+    // manager can go while the thread still plays.
+    struct Playback;
+
     void _removeWatingTimer();
-    void _closeAudioOut();
+    static bool playServerTts(Playback* playback);
+    static bool stopPlayingServerTts(Playback* playback);
+    static void _closeAudioOut(Playback* playback);
     static void __threadStartCb(void* data, Ecore_Thread* thread);
     static void __threadEndCb(void* data, Ecore_Thread* thread);
     static void __threadCancelCb(void* data, Ecore_Thread* thread);
     static Eina_Bool __waitingTimerExpiredCb(void* data);
 
-    bool mOnPlaying;
     bool mReceived;
     std::string mTtsPcmPath;
     std::string mTtsOpusPath;
     char* mTtsBuf;
     unsigned int mTtsBufSize;
-    audio_out_h mAudioOutHandle;
     Ecore_Thread* mPlayThread;
+    bool mPlayThreadCancelled;  // Ecore frees a cancelled thread: it is never asked about again
+    Playback* mPlayback;        // the play thread's, until its end or cancel callback
     Ecore_Timer* mWaitingTimer;
     _cloudParserResults* mPendedResult;
 };

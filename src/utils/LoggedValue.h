@@ -1,4 +1,5 @@
-// Answers of the retrievers, logged at debug level on their way out.
+// Answers of the retrievers, logged at debug level on their way out, under
+// the name of the operation that answers.
 #ifndef LOGGED_VALUE_H
 #define LOGGED_VALUE_H
 
@@ -6,15 +7,18 @@
 
 #include <string>
 
-inline bool logged(bool retv)
+#define LOGGED(retv) loggedAt(MARL_LOG_SITE, retv)
+#define LOGGED_NAME(label, name) loggedNameAt(MARL_LOG_SITE, label, name)
+
+inline bool loggedAt(const MarlLogSite& site, bool retv)
 {
-    LOGD("retv[%d]", retv);
+    LOGD_AT(site, "retv[%d]", retv);
     return retv;
 }
 
-inline std::string loggedName(const char* label, const std::string& name)
+inline std::string loggedNameAt(const MarlLogSite& site, const char* label, const std::string& name)
 {
-    LOGD("%s[%s]", label, name.c_str());
+    LOGD_AT(site, "%s[%s]", label, name.c_str());
     return name;
 }
 

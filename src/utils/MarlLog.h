@@ -17,4 +17,24 @@
 #define LOGI(fmt, ...) MARL_LOG_WITH_TAG(DLOG_INFO, MARL_LOG_TAG, fmt, ##__VA_ARGS__)
 #define LOGE(fmt, ...) MARL_LOG_WITH_TAG(DLOG_ERROR, MARL_LOG_TAG, fmt, ##__VA_ARGS__)
 
+// The place of the operation that logs, for shared helpers that log on their
+// caller's behalf: the line carries the caller's file, function and line.
+struct MarlLogSite {
+    const char* file;
+    const char* function;
+    int line;
+};
+
+#define MARL_LOG_SITE (MarlLogSite{__FILE__, __func__, __LINE__})
+
+inline const char* marlFileName(const char* path)
+{
+    const char* slash = strrchr(path, '/');
+    return slash ? slash + 1 : path;
+}
+
+#define LOGD_AT(site, fmt, ...)                                                                 \
+    dlog_print(DLOG_DEBUG, MARL_LOG_TAG, "%s: %s(%d) > " fmt, marlFileName((site).file), (site).function, \
+               (site).line, ##__VA_ARGS__)
+
 #endif

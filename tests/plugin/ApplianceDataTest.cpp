@@ -1,6 +1,7 @@
 #include "PluginFixture.h"
 
 #include "RetrieveImpl/Common/DeviceDataRetrieverImpl.h"
+#include "RetrieveImpl/Common/DeviceMusicDataRetrieverImpl.h"
 #include "RetrieveImpl/DA/DADeviceDataAutoRefresher.h"
 #include "RetrieveImpl/DA/DaDeviceDataRetrieverImpl.h"
 #include "RetrieveImpl/DA/DaDeviceMusicDataRetrieverImpl.h"
@@ -798,4 +799,61 @@ TEST_F(MediaVolume, AnotherMusicRetrieverIsLeftAlone)
     EXPECT_EQ(MarlEngine_set_private_data("MediaVolume", "7"), 0);
     EXPECT_EQ(music(), set->getDeviceMusicDataRetriever());
     EXPECT_EQ(music()->getCurrentMusicPlayerVolumeLevel(), 0);
+}
+
+namespace {
+
+// Whether the platform log holds a line of `file`'s `function` with `message`.
+bool loggedFrom(const std::string& file, const std::string& function, const std::string& message)
+{
+    const std::string log = marltest::platformLog();
+    const std::string prefix = file + ": " + function + "(";
+    for (size_t at = log.find(prefix); at != std::string::npos; at = log.find(prefix, at + 1)) {
+        const size_t close = log.find(") > ", at + prefix.size());
+        const size_t end = log.find('\n', at);
+        if (close == std::string::npos || close > end)
+            continue;
+        const std::string line = log.substr(at + prefix.size(), close - at - prefix.size());
+        if (!line.empty() && line.find_first_not_of("0123456789") == std::string::npos &&
+            log.compare(close + 4, message.size(), message) == 0)
+            return true;
+    }
+    return false;
+}
+
+}  // namespace
+
+TEST(DeviceDataManager, TheChoiceIsLoggedUnderTheGetterThatChooses)
+{
+    TestDevice device;
+    DeviceDataRetrieveManager manager;
+    manager.getMusicRetriever();
+    manager.getTimerRetriever();
+    EXPECT_TRUE(loggedFrom("DeviceDataRetrieveManager.cpp", "getMusicRetriever", "userMusicRetriever[0x"));
+    EXPECT_TRUE(loggedFrom("DeviceDataRetrieveManager.cpp", "getMusicRetriever", "internalMusicRetriever[0x"));
+    EXPECT_TRUE(loggedFrom("DeviceDataRetrieveManager.cpp", "getMusicRetriever", "retMusicRetriever[0x"));
+    EXPECT_TRUE(loggedFrom("DeviceDataRetrieveManager.cpp", "getTimerRetriever", "retTimerRetriever[0x"));
+    EXPECT_FALSE(marltest::logged("RetrieverChoice.h"));
+}
+
+TEST(ApplianceMusic, AnswersAreLoggedUnderTheOperationThatAnswers)
+{
+    TestDevice device(table("Music", R"([{"appName": "Spotify", "musicPlaying": "1", "isLoggedIn": "1"}])"));
+    DaDeviceMusicDataRetrieverImpl music;
+    EXPECT_EQ(music.getCurrentMusicPlayerName(), "Spotify");
+    EXPECT_TRUE(music.support());
+    EXPECT_TRUE(loggedFrom("DaDeviceMusicDataRetrieverImpl.cpp", "getCurrentMusicPlayerName", "musicAppName[Spotify]"));
+    EXPECT_TRUE(loggedFrom("DaDeviceMusicDataRetrieverImpl.cpp", "support", "retv[1]"));
+    EXPECT_FALSE(marltest::logged("LoggedValue.h"));
+}
+
+TEST(FallbackMusic, AnswersAreLoggedUnderTheOperationThatAnswers)
+{
+    TestDevice device;
+    DeviceMusicDataRetrieverImpl music;
+    EXPECT_EQ(music.getCurrentMusicPlayerName(), "None");
+    EXPECT_TRUE(music.support());
+    EXPECT_TRUE(loggedFrom("DeviceMusicDataRetrieverImpl.cpp", "getCurrentMusicPlayerName", "musicAppName[None]"));
+    EXPECT_TRUE(loggedFrom("DeviceMusicDataRetrieverImpl.cpp", "support", "retv[1]"));
+    EXPECT_FALSE(marltest::logged("LoggedValue.h"));
 }

@@ -300,14 +300,31 @@ TEST(CalendarReplies, AnUnknownActionGivesTheEmptyResponse)
     EXPECT_EQ(respond(R"({"Server Reqeust": {"agent": "Calendar"}})"), "");
 }
 
-TEST(CalendarReplies, ParametersOfTheWrongTypeReadAsEmptyAndAreLogged)
+// A parameter or value that JsonCpp can't read as text: the empty response.
+TEST(CalendarReplies, ParametersOfTheWrongTypeGiveTheEmptyResponse)
 {
     TestDevice device(tables(profile("1", "Ann") + "," + profile("2", ""), task("7", "Ann", "5", "50", "2")));
-    EXPECT_NE(respond(calendarRequest("Calendar Profile Request", R"({"userName": "Ann"})"))
-                  .find(R"({"items":[{"userId":"2","username":""}],"status":"OneFound"})"),
-              std::string::npos);
-    const Json::Value data = dataOf(respond(
-        calendarRequest("Calendar Profile Task Lookup Request", R"({"username": {"value": 7}, "userId": [7]})")));
-    expectDefaultItem(data["items"][0], "", "7");
-    EXPECT_TRUE(marltest::logged("username[7], userId[]"));
+    EXPECT_EQ(respond(calendarRequest("Calendar Profile Request", R"({"userName": "Ann"})")), "");
+    EXPECT_EQ(respond(calendarRequest("Calendar Profile Task Lookup Request",
+                                      R"({"username": {"value": 7}, "userId": [7]})")),
+              "");
+    EXPECT_EQ(respond(calendarRequest("Calendar Profile Item Lookup Request",
+                                      R"({"username": {"value": {"first": "Ann"}}})")),
+              "");
+    EXPECT_EQ(respond(calendarRequest("Calendar Profile Item Lookup Request", "[1]")), "");
+    EXPECT_TRUE(marltest::logged("driver request refused: "));
+}
+
+// Null, true and numbers read as JsonCpp converts them to text.
+TEST(CalendarReplies, ValuesJsonCppConvertsAreAnsweredWithItsText)
+{
+    TestDevice device;
+    Json::Value data = dataOf(respond(calendarRequest("Calendar Profile Item Lookup Request",
+                                                      R"({"username": {"value": true}, "userId": {"value": 7}})")));
+    expectDefaultItem(data["items"][0], "7", "true");
+    data = dataOf(respond(calendarRequest("Calendar Profile Item Lookup Request",
+                                          R"({"username": {"value": null}, "userId": {"value": false}})")));
+    expectDefaultItem(data["items"][0], "false", "");
+    data = dataOf(respond(calendarRequest("Calendar Profile Item Lookup Request", R"({"username": null})")));
+    expectDefaultItem(data["items"][0], "", "");
 }

@@ -2,6 +2,7 @@
 
 #include "RetrieveImpl/DA/DaCustomizedDriverResponseRetriever.h"
 
+#include <json/json.h>
 #include <sqlite3.h>
 
 #include <fstream>
@@ -198,12 +199,49 @@ TEST(WeatherReply, WithoutAFileBothKeysGoOutAsNull)
     EXPECT_NE(respond(request("Weather", "Location Request")).find("\"locationID\":null"), std::string::npos);
 }
 
+TEST(WeatherReply, AFileNestedDeeperThanTheReaderGoesGivesTheNullsOfABrokenFile)
+{
+    const std::string deep = std::string(5000, '[') + std::string(5000, ']');
+    Json::Value description;
+    description["files"][0]["tzplatform"] = 59;
+    description["files"][0]["name"] = "AccInfoPrev.txt";
+    description["files"][0]["text"] = deep;
+    marltest::TestDevice device(Json::FastWriter().write(description));
+    EXPECT_EQ(respond(request("Weather", "Location Request")),
+              "{\"userComposedDriverResponse\":{\"action\":\"Location Reply\",\"agent\":\"Weather\","
+              "\"data\":{\"currentLocationName\":null,\"locationID\":null}}}\n");
+}
+
 TEST(WeatherReply, AFileWithoutTheCityGivesEmptyTexts)
 {
     marltest::TestDevice device(R"({"files": [{"tzplatform": 59, "name": "AccInfoPrev.txt", "json": {"data": {}}}]})");
     EXPECT_NE(respond(request("Weather", "Location Request")).find("{\"currentLocationName\":\"\",\"locationID\":\"\"}"),
               std::string::npos);
-    device.apply(R"({"files": [{"tzplatform": 59, "name": "AccInfoPrev.txt", "json": [1, 2]}]})");
+    device.apply(R"({"files": [{"tzplatform": 59, "name": "AccInfoPrev.txt", "json": null}]})");
+    EXPECT_NE(respond(request("Weather", "Location Request")).find("{\"currentLocationName\":\"\",\"locationID\":\"\"}"),
+              std::string::npos);
+}
+
+// JsonCpp throws on a root that is no object, and on a city that is no text.
+TEST(WeatherReply, AFileOfTheWrongShapeGivesTheEmptyResponse)
+{
+    marltest::TestDevice device(R"({"files": [{"tzplatform": 59, "name": "AccInfoPrev.txt", "json": [1, 2]}]})");
+    EXPECT_EQ(respond(request("Weather", "Location Request")), "");
+    device.apply(R"({"files": [{"tzplatform": 59, "name": "AccInfoPrev.txt", "json": "Paris"}]})");
+    EXPECT_EQ(respond(request("Weather", "Location Request")), "");
+    device.apply(R"({"files": [{"tzplatform": 59, "name": "AccInfoPrev.txt",
+        "json": {"data": {"simple": {"cityName": {"en": "Paris"}, "cityId": "615702"}}}}]})");
+    EXPECT_EQ(respond(request("Weather", "Location Request")), "");
+}
+
+TEST(WeatherReply, NullTrueAndNumbersReadAsJsonCppConvertsThem)
+{
+    marltest::TestDevice device(R"({"files": [{"tzplatform": 59, "name": "AccInfoPrev.txt",
+        "json": {"data": {"simple": {"cityName": true, "cityId": 615702}}}}]})");
+    EXPECT_NE(respond(request("Weather", "Location Request")).find("{\"currentLocationName\":\"true\",\"locationID\":\"615702\"}"),
+              std::string::npos);
+    device.apply(R"({"files": [{"tzplatform": 59, "name": "AccInfoPrev.txt",
+        "json": {"data": {"simple": {"cityName": null}}}}]})");
     EXPECT_NE(respond(request("Weather", "Location Request")).find("{\"currentLocationName\":\"\",\"locationID\":\"\"}"),
               std::string::npos);
 }
@@ -214,12 +252,27 @@ TEST(WeatherReply, AnyOtherActionGivesTheEmptyResponse)
     EXPECT_EQ(respond(request("Weather", "Forecast Request")), "");
 }
 
-TEST(DriverResponseFrame, ParametersOfTheWrongTypeAreAnsweredWithoutACrash)
+// Where JsonCpp throws on a member of the wrong type, the answer is empty.
+TEST(DriverResponseFrame, MembersOfTheWrongTypeGiveTheEmptyResponse)
+{
+    marltest::TestDevice device(R"({"apps": {"installed": ["1K3CsGDv16.Recipes"], "running": ["1K3CsGDv16.Recipes"]}})");
+    ASSERT_NE(respond(request("Launch Apps", "App Request", kRecipes)), "");
+    EXPECT_EQ(respond(request("Launch Apps", "App Request", R"({"package": "1K3CsGDv16.Recipes"})")), "");
+    EXPECT_EQ(respond(request("Launch Apps", "App Request", R"({"package": {"value": {"id": 1}}})")), "");
+    EXPECT_EQ(respond(request("View Inside App Control", "View Inside Item Check Request", "[1]")), "");
+    EXPECT_EQ(respond("{\"Server Reqeust\": {\"agent\": \"Weather\", \"action\": \"Location Request\"}}"), "");
+    EXPECT_EQ(respond("{\"Server Reqeust\": {\"agent\": {\"name\": \"Weather\"}}}"), "");
+    EXPECT_EQ(respond("{\"Server Reqeust\": [1]}"), "");
+    EXPECT_EQ(respond("[\"Weather\"]"), "");
+    EXPECT_TRUE(platformLog().find("driver request refused: ") != std::string::npos);
+}
+
+// Where JsonCpp converts without throwing, the answer is built on its text.
+TEST(DriverResponseFrame, MembersJsonCppConvertsAreAnsweredWithItsText)
 {
     marltest::TestDevice device;
-    EXPECT_EQ(respond(request("Launch Apps", "App Request", R"({"package": "1K3CsGDv16.Recipes"})")).find("launched") !=
-                  std::string::npos,
-              true);
-    EXPECT_EQ(respond("{\"Server Reqeust\": {\"agent\": \"Weather\", \"action\": \"Location Request\"}}"), "");
-    EXPECT_EQ(respond(request("View Inside App Control", "View Inside Item Check Request", R"([1])")).empty(), false);
+    EXPECT_EQ(respond("{\"Server Reqeust\": {\"agent\": \"Weather\", \"action\": {\"name\": null}}}"), "");
+    const std::string reply = respond(
+        "{\"Server Reqeust\": {\"agent\": \"Weather\", \"action\": {\"name\": \"Location Request\"}, \"data\": null}}");
+    EXPECT_NE(reply.find("\"action\":\"Location Reply\""), std::string::npos);
 }

@@ -298,6 +298,15 @@ TEST(SettingsFacet, AVolumeOfSevenOfFifteenIsFortySixPercent)
     EXPECT_EQ(settings.getVolumePercent(), "100");
 }
 
+// Kept on purpose: the percentage divides by the platform's maximum without a
+// guard, so a maximum of 0 takes the process down.
+TEST(SettingsFacetDeathTest, AMaximumVolumeOfZeroIsKeptUnguarded)
+{
+    TestDevice device(R"({"sound_manager": {"SOUND_TYPE_MEDIA": {"volume": 7, "max_volume": 0}}})");
+    RetrieveDeviceDataEngineImplSettings settings;
+    EXPECT_DEATH(settings.getVolumePercent(), "");
+}
+
 TEST(SettingsFacet, AFailedVolumeReadGivesZeroPercent)
 {
     TestDevice device(R"({"sound_manager": {"SOUND_TYPE_MEDIA": {"volume": 7, "max_volume": {"error": "SOUND_MANAGER_ERROR_INTERNAL"}}}})");
@@ -653,6 +662,33 @@ TEST(LocationFacet, BadFilesGiveEmptyTextWithoutCrashing)
         EXPECT_EQ(p.latLong, "") << content;
     }
     EXPECT_TRUE(logged("position file not usable ("));
+}
+
+// JsonCpp's reader refuses nesting deeper than 1000 levels by throwing.
+TEST(LocationFacet, AFileNestedDeeperThanTheReaderGoesIsABrokenFile)
+{
+    TestDevice device;
+    RetrieveDeviceDataEngineImplLocation location;
+    writePositionFile(std::string(5000, '[') + std::string(5000, ']'));
+    const Position p = positionOf(location);
+    EXPECT_EQ(p.latitude, "");
+    EXPECT_EQ(p.longitude, "");
+    EXPECT_EQ(p.latLong, "");
+    EXPECT_TRUE(logged("position file not usable ("));
+    EXPECT_TRUE(logged("latlong: \"\""));
+}
+
+TEST(LocationFacet, NullAndTrueMembersReadAsJsonCppConvertsThem)
+{
+    TestDevice device(R"({"files": [{"tzplatform": 59, "name": "AccInfoData.txt",
+        "json": [{"geo_la": null, "geo_lo": true}]}]})");
+    RetrieveDeviceDataEngineImplLocation location;
+    const Position p = positionOf(location);
+    EXPECT_EQ(p.latitude, "0");
+    EXPECT_EQ(p.longitude, "1");
+    EXPECT_EQ(p.latLong, "0,1");
+    writePositionFile("null");
+    EXPECT_EQ(positionOf(location).latLong, "37.2539,127.046");
 }
 
 TEST(LocationFacet, ATextWhereOneNumberBelongsEmptiesTheJointAnswer)

@@ -42,6 +42,14 @@ void* operator new(std::size_t size)
     return block;
 }
 
+// The non-throwing form too (the data-store stand-in allocates with it), so
+// that every block of the program comes from the same allocator as the
+// operator delete below releases it to.
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept
+{
+    return std::malloc(size ? size : 1);
+}
+
 namespace {
 void release(void* block) noexcept
 {
@@ -57,6 +65,11 @@ void operator delete(void* block) noexcept
 }
 
 void operator delete(void* block, std::size_t) noexcept
+{
+    release(block);
+}
+
+void operator delete(void* block, const std::nothrow_t&) noexcept
 {
     release(block);
 }

@@ -454,6 +454,24 @@ TEST_F(SystemParams, VolumePercentIsTheLevelOverFifteenRoundedDown)
     EXPECT_EQ(group["volumePercent"], "100");
 }
 
+TEST_F(SystemParams, VolumePercentOfTheExtremeLevelsIsExact)
+{
+    ASSERT_EQ(MarlEngine_set_private_data("MediaVolume", "2147483647"), 0);
+    Json::Value group = system();
+    EXPECT_EQ(group["volumeLevel"], "2147483647");
+    EXPECT_EQ(group["volumePercent"], "14316557646");
+    EXPECT_EQ(group["VolumeOnOff"], "On");
+
+    ASSERT_EQ(MarlEngine_set_private_data("MediaVolume", "-2147483648"), 0);
+    group = system();
+    EXPECT_EQ(group["volumeLevel"], "-2147483648");
+    EXPECT_EQ(group["volumePercent"], "-14316557653");
+    EXPECT_EQ(group["VolumeOnOff"], "On");
+
+    ASSERT_EQ(MarlEngine_set_private_data("MediaVolume", "-7"), 0);
+    EXPECT_EQ(system()["volumePercent"], "-46");
+}
+
 TEST_F(SystemParams, TelephonyKeysComeFromTheSystemFacet)
 {
     device.apply(R"({"system_info": {"tizen.org/feature/network.telephony.sms": true,

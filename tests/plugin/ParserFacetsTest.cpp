@@ -7,6 +7,7 @@
 #include "RetrieveManager/IDeviceStatusDataRetrieve.h"
 #include "fwWrapper/MarlEngineWrapper.h"
 
+#include <json/json.h>
 #include <locations.h>
 #include <orvane-parser/MusicData.h>
 #include <orvane-parser/TimerData.h>
@@ -241,6 +242,36 @@ TEST(ParserLocation, AFileOfTheWrongShapeGivesEmptyText)
         TestDevice device(locationFile(content));
         RetrieveDeviceDataParserImplLocation location;
         EXPECT_EQ(location.getLatitude(), "") << content;
+    }
+}
+
+TEST(ParserLocation, AFileNestedDeeperThanTheReaderGoesGivesEmptyText)
+{
+    Json::Value description;
+    description["files"][0]["tzplatform"] = 59;
+    description["files"][0]["name"] = "AccInfoData.txt";
+    description["files"][0]["text"] = std::string(5000, '[') + std::string(5000, ']');
+    TestDevice device(Json::FastWriter().write(description));
+    RetrieveDeviceDataParserImplLocation location;
+    EXPECT_EQ(location.getLatitude(), "");
+    EXPECT_EQ(location.getLongitude(), "");
+    EXPECT_TRUE(marltest::logged("location file not usable ("));
+}
+
+// A file of null is an empty array to JsonCpp; null and true members read as 0 and 1.
+TEST(ParserLocation, NullAndTrueReadAsJsonCppConvertsThem)
+{
+    {
+        TestDevice device(locationFile(R"("json": null)"));
+        RetrieveDeviceDataParserImplLocation location;
+        EXPECT_EQ(location.getLatitude(), "37.2539");
+        EXPECT_EQ(location.getLongitude(), "127.046");
+    }
+    {
+        TestDevice device(locationFile(R"("json": [{"geo_la": null, "geo_lo": true}])"));
+        RetrieveDeviceDataParserImplLocation location;
+        EXPECT_EQ(location.getLatitude(), "0");
+        EXPECT_EQ(location.getLongitude(), "1");
     }
 }
 

@@ -3,6 +3,7 @@
 #include "RetrieveManager/CustomizedDataRetrieveManager.h"
 #include "RetrieveManager/ICustomizedServerDefines.h"
 #include "ServerTts/ServerTtsManager.h"
+#include "fwWrapper/MarlEnginePlugin.h"
 #include "fwWrapper/MarlEngineWrapper.h"
 
 #include <chrono>
@@ -180,6 +181,8 @@ TEST_F(ServerTtsUserPlay, CompleteSpeechIsWrittenAsItCameAndReleasesTheWaitingAc
     std::string written;
     ASSERT_TRUE(vapp::readFile(vapp::hostPath("/home/owner/share/ServerTTS.pcm"), written));
     EXPECT_EQ(written, speech);  // no gain, no header
+    EXPECT_TRUE(marltest::logged("ServerTtsManager.cpp: serverTtsReceiveDone("));
+    EXPECT_TRUE(marltest::logged("fwrite result[4]"));
     ASSERT_EQ(daemon().results.size(), 1u);
     EXPECT_EQ(daemon().results[0].nlu, "{\"n\":1}");
     EXPECT_EQ(daemon().results[0].ids, std::vector<int>{9});
@@ -229,4 +232,137 @@ TEST_F(ServerTtsUserPlay, AnEmptySpeechPathWritesTheDefaultFile)
     std::string written;
     EXPECT_TRUE(vapp::readFile(vapp::hostPath("/opt/usr/home/owner/media/Sounds/test.pcm"), written));
     EXPECT_EQ(written, std::string(speech, 2));
+}
+
+namespace {
+
+// Speech of `bytes` bytes whose samples stay clear of clipping when doubled.
+std::string rampSpeech(size_t bytes)
+{
+    std::string speech(bytes, '\0');
+    for (size_t i = 0; i + 1 < bytes; i += 2) {
+        const short sample = static_cast<short>(static_cast<int>((i / 2) % 2000) - 1000);
+        std::memcpy(&speech[i], &sample, 2);
+    }
+    return speech;
+}
+
+size_t countOf(const std::string& text, const std::string& what)
+{
+    size_t count = 0;
+    for (size_t at = text.find(what); at != std::string::npos; at = text.find(what, at + 1))
+        ++count;
+    return count;
+}
+
+size_t cancelCallbacks()
+{
+    return countOf(marltest::platformLog(), "__threadCancelCb(");
+}
+
+// The played file holds the speech of `speech`, doubled.
+void expectPlayedDoubled(const Json::Value& playback, const std::string& speech)
+{
+    EXPECT_EQ(playback["bytes"].asUInt(), speech.size());
+    const std::vector<short> samples = wavSamples(vapp::devicePath(playback["file"].asString()));
+    ASSERT_EQ(samples.size(), speech.size() / 2);
+    size_t wrong = 0;
+    for (size_t i = 0; i < samples.size(); ++i) {
+        short sample = 0;
+        std::memcpy(&sample, speech.data() + 2 * i, 2);
+        if (samples[i] != sample * 2)
+            ++wrong;
+    }
+    EXPECT_EQ(wrong, 0u);
+}
+
+}  // namespace
+
+// Language 6: the plug-in plays the speech itself; every write answers 0, so
+// the whole speech plays.
+class ServerTtsBargeIn : public EngineTest {
+protected:
+    ServerTtsBargeIn() : EngineTest(R"({"vconf": {"db/orvane/setting/lang": 6}, "audio_out": {"write_returns": "zero"}})") {}
+};
+
+// A new turn while the speech plays clears the gathered speech and cancels the
+// thread; the thread plays on from its own copy, to the end.
+TEST_F(ServerTtsBargeIn, ANewTurnWhileSpeechPlaysLeavesThePlayingSamplesWhole)
+{
+    const std::string speech = rampSpeech(256 * 1024);
+    for (int run = 0; run < 20; ++run) {
+        SCOPED_TRACE(run);
+        const size_t cancelled = cancelCallbacks();
+        const size_t before = playbacks().size();
+        {
+            ServerTtsManager manager;
+            ASSERT_TRUE(manager.copyServerTts(speech.data(), speech.size()));
+            ASSERT_TRUE(manager.serverTtsReceiveDone());
+            ASSERT_TRUE(marltest::runLoopUntil([&] { return manager.getOnPlaying(); }, 5000));
+            manager.init();  // the start of a driver-response turn
+            ASSERT_TRUE(marltest::runLoopUntil([&] { return cancelCallbacks() > cancelled; }, 20000));
+            EXPECT_FALSE(manager.getOnPlaying());
+            // A cancelled playback stays recorded: later speech is ignored.
+            ASSERT_TRUE(manager.copyServerTts(speech.data(), 40));
+            EXPECT_TRUE(manager.requestServerTtsPlay(speech.data(), 40));
+            EXPECT_EQ(countOf(marltest::platformLog(), "TTS is already on Playing - Ignore reqeusts"),
+                      static_cast<size_t>(run + 1));
+        }
+        const std::vector<Json::Value> played = playbacks();
+        ASSERT_EQ(played.size(), before + 1);
+        expectPlayedDoubled(played.back(), speech);
+    }
+}
+
+// The same through the daemon: a new start while the answer plays.
+TEST_F(ServerTtsBargeIn, ANewStartWhileTheAnswerPlaysLeavesThePlayingSamplesWhole)
+{
+    const std::string speech = rampSpeech(1024 * 1024);
+    ServerTtsManager* tts = wrapper()->getServerTtsManager();
+    ASSERT_TRUE(tts->copyServerTts(speech.data(), speech.size()));
+    ASSERT_TRUE(tts->serverTtsReceiveDone());
+    ASSERT_TRUE(marltest::runLoopUntil([&] { return tts->getOnPlaying(); }, 5000));
+    ASSERT_EQ(MarlEngine_start(false), 0);
+    ASSERT_TRUE(marltest::runLoopUntil([&] { return cancelCallbacks() > 0; }, 30000));
+    ASSERT_EQ(playbacks().size(), 1u);
+    expectPlayedDoubled(playbacks()[0], speech);
+    EXPECT_TRUE(marltest::logged("There is no handle"));
+    // Every later start finds the cancelled thread recorded and leaves it alone.
+    ASSERT_EQ(MarlEngine_cancel(), 0);
+    ASSERT_EQ(MarlEngine_start(false), 0);
+    EXPECT_TRUE(marltest::logged("thread check failed"));
+}
+
+// Deleting the manager while the cancel callback of its playback is queued:
+// the callback frees the playback and leaves the deleted manager alone.
+TEST_F(ServerTtsBargeIn, TheManagerMayGoWhileItsCancelledPlaybackIsQueued)
+{
+    const std::string speech = rampSpeech(64 * 1024);
+    for (int run = 0; run < 5; ++run) {
+        SCOPED_TRACE(run);
+        const size_t cancelled = cancelCallbacks();
+        const size_t before = playbacks().size();
+        ServerTtsManager* manager = new ServerTtsManager();
+        ASSERT_TRUE(manager->copyServerTts(speech.data(), speech.size()));
+        ASSERT_TRUE(manager->serverTtsReceiveDone());
+        ASSERT_TRUE(marltest::runLoopUntil([&] { return manager->getOnPlaying(); }, 5000));
+        delete manager;  // cancels the thread, as at teardown
+        ASSERT_TRUE(marltest::runLoopUntil([&] { return cancelCallbacks() > cancelled; }, 20000));
+        ASSERT_EQ(playbacks().size(), before + 1);
+        expectPlayedDoubled(playbacks().back(), speech);
+    }
+}
+
+// The engine's teardown while the cancel callback is queued.
+TEST_F(ServerTtsBargeIn, DeinitializeWhileTheCancelledPlaybackIsQueued)
+{
+    const std::string speech = rampSpeech(64 * 1024);
+    ServerTtsManager* tts = wrapper()->getServerTtsManager();
+    ASSERT_TRUE(tts->copyServerTts(speech.data(), speech.size()));
+    ASSERT_TRUE(tts->serverTtsReceiveDone());
+    ASSERT_TRUE(marltest::runLoopUntil([&] { return tts->getOnPlaying(); }, 5000));
+    ASSERT_EQ(MarlEngine_deinitialize(), 0);
+    ASSERT_TRUE(marltest::runLoopUntil([&] { return cancelCallbacks() > 0; }, 20000));
+    ASSERT_EQ(playbacks().size(), 1u);
+    ASSERT_EQ(MarlEngine_initialize(), 0);  // for the fixture's teardown
 }

@@ -21,7 +21,8 @@ const char* const LONGITUDE = "geo_lo";
 const double DEFAULT_LATITUDE = 37.253909;
 const double DEFAULT_LONGITUDE = 127.046322;
 
-// Parses the position file; false when it is missing or not JSON.
+// Parses the position file; false when it is missing or not JSON. The
+// reader throws on nesting deeper than its stack limit: that file is broken too.
 bool readPositionFile(Json::Value& root)
 {
     const char* path = tzplatform_mkpath(TZ_USER_DATA, POSITION_FILE);
@@ -29,7 +30,12 @@ bool readPositionFile(Json::Value& root)
         return false;
     std::ifstream file(path);
     Json::Reader reader;
-    return file.is_open() && reader.parse(file, root, true);
+    try {
+        return file.is_open() && reader.parse(file, root, true);
+    } catch (const Json::Exception& e) {
+        LOGE("position file not usable (%s)", e.what());
+        return false;
+    }
 }
 
 // Writes one coordinate of the file's first element in the stream's default

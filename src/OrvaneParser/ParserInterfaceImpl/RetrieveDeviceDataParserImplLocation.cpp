@@ -69,24 +69,17 @@ std::string RetrieveDeviceDataParserImplLocation::_readCoordinate(const char* me
     std::ifstream file(path);
     Json::Value root;
     Json::Reader reader;
-    if (!file.is_open() || !reader.parse(file, root, true))
-        return text;
-    if (!root.isArray()) {
-        LOGE("location file holds no array");
-        return text;
+    // JsonCpp's conversions decide: a null file or member reads as JsonCpp
+    // reads it; a file nested too deep, a root that is no array or a member
+    // that is no number throws, and that file counts as broken.
+    try {
+        if (!file.is_open() || !reader.parse(file, root, true))
+            return text;
+        std::ostringstream stream;
+        stream << root[0u].get(member, defaultValue).asDouble();
+        text = stream.str();
+    } catch (const Json::Exception& e) {
+        LOGE("location file not usable (%s)", e.what());
     }
-    const Json::Value& first = root[0u];
-    if (!first.isObject() && !first.isNull()) {
-        LOGE("first element of the location file is no object");
-        return text;
-    }
-    const Json::Value value = first.get(member, defaultValue);
-    if (!value.isNumeric()) {
-        LOGE("%s is no number", member);
-        return text;
-    }
-    std::ostringstream stream;
-    stream << value.asDouble();
-    text = stream.str();
     return text;
 }

@@ -5,92 +5,92 @@
 
 bool DeviceMusicDataRetrieverImpl::support()
 {
-    return logged(true);
+    return LOGGED(true);
 }
 
 bool DeviceMusicDataRetrieverImpl::supportGenre()
 {
-    return logged(true);
+    return LOGGED(true);
 }
 
 bool DeviceMusicDataRetrieverImpl::supportMood()
 {
-    return logged(false);
+    return LOGGED(false);
 }
 
 bool DeviceMusicDataRetrieverImpl::supportTuneCove()
 {
-    return logged(true);
+    return LOGGED(true);
 }
 
 bool DeviceMusicDataRetrieverImpl::supportPlayAll()
 {
-    return logged(true);
+    return LOGGED(true);
 }
 
 bool DeviceMusicDataRetrieverImpl::supportPlayArtist()
 {
-    return logged(true);
+    return LOGGED(true);
 }
 
 bool DeviceMusicDataRetrieverImpl::supportPlayFavoritesOnly()
 {
-    return logged(true);
+    return LOGGED(true);
 }
 
 bool DeviceMusicDataRetrieverImpl::supportPlaylist()
 {
-    return logged(false);
+    return LOGGED(false);
 }
 
 bool DeviceMusicDataRetrieverImpl::supportPlaylistAddSong()
 {
-    return logged(false);
+    return LOGGED(false);
 }
 
 bool DeviceMusicDataRetrieverImpl::supportPlaylistEdit()
 {
-    return logged(false);
+    return LOGGED(false);
 }
 
 bool DeviceMusicDataRetrieverImpl::supportRepeat()
 {
-    return logged(true);
+    return LOGGED(true);
 }
 
 bool DeviceMusicDataRetrieverImpl::supportShuffle()
 {
-    return logged(true);
+    return LOGGED(true);
 }
 
 bool DeviceMusicDataRetrieverImpl::appInstalled()
 {
-    return logged(true);
+    return LOGGED(true);
 }
 
 bool DeviceMusicDataRetrieverImpl::currentMusicAppLoggedIn()
 {
-    return logged(true);
+    return LOGGED(true);
 }
 
 bool DeviceMusicDataRetrieverImpl::getCurrentSongFavoriteMark()
 {
-    return logged(true);
+    return LOGGED(true);
 }
 
 bool DeviceMusicDataRetrieverImpl::getMoodGridCataloged()
 {
-    return logged(true);
+    return LOGGED(true);
 }
 
 bool DeviceMusicDataRetrieverImpl::getCurrentMusicAppSlept()
 {
-    return logged(false);
+    return LOGGED(false);
 }
 
 bool DeviceMusicDataRetrieverImpl::getCurrentMusicAppMute()
 {
-    return logged(false);
+    return LOGGED(false);
 }
 
 int DeviceMusicDataRetrieverImpl::getCurrentMusicPlayerVolumeMaxLevel()
@@ -107,37 +107,37 @@ int DeviceMusicDataRetrieverImpl::getCurrentMusicPlayerVolumeLevel()
 
 std::string DeviceMusicDataRetrieverImpl::getCurrentMusicPlayerName()
 {
-    return loggedName("musicAppName", "None");
+    return LOGGED_NAME("musicAppName", "None");
 }
 
 std::string DeviceMusicDataRetrieverImpl::getCurrentSongAlbumName()
 {
-    return loggedName("albumName", "");
+    return LOGGED_NAME("albumName", "");
 }
 
 std::string DeviceMusicDataRetrieverImpl::getCurrentSongArtistName()
 {
-    return loggedName("artistName", "");
+    return LOGGED_NAME("artistName", "");
 }
 
 std::string DeviceMusicDataRetrieverImpl::getCurrentSongGenreName()
 {
-    return loggedName("genreName", "");
+    return LOGGED_NAME("genreName", "");
 }
 
 std::string DeviceMusicDataRetrieverImpl::getCurrentSongName()
 {
-    return loggedName("curSongName", "");
+    return LOGGED_NAME("curSongName", "");
 }
 
 std::string DeviceMusicDataRetrieverImpl::getCurrentStationName()
 {
-    return loggedName("currentStationName", "");
+    return LOGGED_NAME("currentStationName", "");
 }
 
 std::string DeviceMusicDataRetrieverImpl::getLastStationName()
 {
-    return loggedName("lastStationName", "");
+    return LOGGED_NAME("lastStationName", "");
 }
 
 int DeviceMusicDataRetrieverImpl::getCurrentMusicPlayerStatus()

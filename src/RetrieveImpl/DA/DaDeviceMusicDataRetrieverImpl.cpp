@@ -30,67 +30,67 @@ void DaDeviceMusicDataRetrieverImpl::setVolumeLevel(int volumeLevel)
 
 bool DaDeviceMusicDataRetrieverImpl::support()
 {
-    return logged(true);
+    return LOGGED(true);
 }
 
 bool DaDeviceMusicDataRetrieverImpl::supportGenre()
 {
-    return logged(true);
+    return LOGGED(true);
 }
 
 bool DaDeviceMusicDataRetrieverImpl::supportMood()
 {
-    return logged(false);
+    return LOGGED(false);
 }
 
 bool DaDeviceMusicDataRetrieverImpl::supportTuneCove()
 {
-    return logged(true);
+    return LOGGED(true);
 }
 
 bool DaDeviceMusicDataRetrieverImpl::supportPlayAll()
 {
-    return logged(true);
+    return LOGGED(true);
 }
 
 bool DaDeviceMusicDataRetrieverImpl::supportPlayArtist()
 {
-    return logged(true);
+    return LOGGED(true);
 }
 
 bool DaDeviceMusicDataRetrieverImpl::supportPlayFavoritesOnly()
 {
-    return logged(true);
+    return LOGGED(true);
 }
 
 bool DaDeviceMusicDataRetrieverImpl::supportPlaylist()
 {
-    return logged(false);
+    return LOGGED(false);
 }
 
 bool DaDeviceMusicDataRetrieverImpl::supportPlaylistAddSong()
 {
-    return logged(false);
+    return LOGGED(false);
 }
 
 bool DaDeviceMusicDataRetrieverImpl::supportPlaylistEdit()
 {
-    return logged(false);
+    return LOGGED(false);
 }
 
 bool DaDeviceMusicDataRetrieverImpl::supportRepeat()
 {
-    return logged(true);
+    return LOGGED(true);
 }
 
 bool DaDeviceMusicDataRetrieverImpl::supportShuffle()
 {
-    return logged(true);
+    return LOGGED(true);
 }
 
 bool DaDeviceMusicDataRetrieverImpl::appInstalled()
 {
-    return logged(true);
+    return LOGGED(true);
 }
 
 bool DaDeviceMusicDataRetrieverImpl::currentMusicAppLoggedIn()
@@ -105,7 +105,7 @@ bool DaDeviceMusicDataRetrieverImpl::currentMusicAppLoggedIn()
         else if (row.second["isLoggedIn"] == "0")
             retv = false;
     }
-    return logged(retv);
+    return LOGGED(retv);
 }
 
 bool DaDeviceMusicDataRetrieverImpl::getCurrentSongFavoriteMark()
@@ -116,7 +116,7 @@ bool DaDeviceMusicDataRetrieverImpl::getCurrentSongFavoriteMark()
         if (row.second["musicPlaying"] == "1" && row.second["currentSongRating"] == "1")
             retv = true;
     }
-    return logged(retv);
+    return LOGGED(retv);
 }
 
 bool DaDeviceMusicDataRetrieverImpl::getCurrentRadioFavoriteMark()
@@ -127,12 +127,12 @@ bool DaDeviceMusicDataRetrieverImpl::getCurrentRadioFavoriteMark()
         if (row.second["appName"] == "TuneIn" && row.second["isFollowing"] == "1")
             retv = true;
     }
-    return logged(retv);
+    return LOGGED(retv);
 }
 
 bool DaDeviceMusicDataRetrieverImpl::getMoodGridCataloged()
 {
-    return logged(true);
+    return LOGGED(true);
 }
 
 bool DaDeviceMusicDataRetrieverImpl::getCurrentMusicAppSlept()
@@ -143,12 +143,12 @@ bool DaDeviceMusicDataRetrieverImpl::getCurrentMusicAppSlept()
         if (row.second["musicPlaying"] == "1" && row.second["sleepMode"] == "1")
             retv = true;
     }
-    return logged(retv);
+    return LOGGED(retv);
 }
 
 bool DaDeviceMusicDataRetrieverImpl::getCurrentMusicAppMute()
 {
-    return logged(mVolumeLevel == 0);
+    return LOGGED(mVolumeLevel == 0);
 }
 
 int DaDeviceMusicDataRetrieverImpl::getCurrentMusicPlayerVolumeMaxLevel()
@@ -171,27 +171,27 @@ std::string DaDeviceMusicDataRetrieverImpl::getCurrentMusicPlayerName()
         if (row.second["musicPlaying"] == "1")
             musicAppName = row.second["appName"];
     }
-    return loggedName("musicAppName", musicAppName);
+    return LOGGED_NAME("musicAppName", musicAppName);
 }
 
 std::string DaDeviceMusicDataRetrieverImpl::getCurrentSongAlbumName()
 {
-    return loggedName("albumName", "");
+    return LOGGED_NAME("albumName", "");
 }
 
 std::string DaDeviceMusicDataRetrieverImpl::getCurrentSongArtistName()
 {
-    return loggedName("artistName", "");
+    return LOGGED_NAME("artistName", "");
 }
 
 std::string DaDeviceMusicDataRetrieverImpl::getCurrentSongGenreName()
 {
-    return loggedName("genreName", "");
+    return LOGGED_NAME("genreName", "");
 }
 
 std::string DaDeviceMusicDataRetrieverImpl::getCurrentSongName()
 {
-    return loggedName("curSongName", "");
+    return LOGGED_NAME("curSongName", "");
 }
 
 std::string DaDeviceMusicDataRetrieverImpl::getCurrentStationName()
@@ -202,7 +202,7 @@ std::string DaDeviceMusicDataRetrieverImpl::getCurrentStationName()
         if (row.second["appName"] == "Pandora" && !row.second["stationName"].empty())
             currentStationName = row.second["stationName"];
     }
-    return loggedName("currentStationName", currentStationName);
+    return LOGGED_NAME("currentStationName", currentStationName);
 }
 
 std::string DaDeviceMusicDataRetrieverImpl::getLastStationName()
@@ -213,7 +213,7 @@ std::string DaDeviceMusicDataRetrieverImpl::getLastStationName()
         if (row.second["appName"] == "Pandora" && !row.second["stationName"].empty())
             lastStationName = "Found";
     }
-    return loggedName("lastStationName", lastStationName);
+    return LOGGED_NAME("lastStationName", lastStationName);
 }
 
 int DaDeviceMusicDataRetrieverImpl::getCurrentMusicPlayerStatus()

@@ -33,62 +33,62 @@ DaDeviceTimerDataRetrieverImpl::~DaDeviceTimerDataRetrieverImpl()
 
 bool DaDeviceTimerDataRetrieverImpl::appInstalled()
 {
-    return logged(true);
+    return LOGGED(true);
 }
 
 bool DaDeviceTimerDataRetrieverImpl::support()
 {
-    return logged(true);
+    return LOGGED(true);
 }
 
 bool DaDeviceTimerDataRetrieverImpl::supportByAppControl()
 {
-    return logged(true);
+    return LOGGED(true);
 }
 
 bool DaDeviceTimerDataRetrieverImpl::supportCancel()
 {
-    return logged(true);
+    return LOGGED(true);
 }
 
 bool DaDeviceTimerDataRetrieverImpl::supportConfirm()
 {
-    return logged(true);
+    return LOGGED(true);
 }
 
 bool DaDeviceTimerDataRetrieverImpl::supportCreate()
 {
-    return logged(true);
+    return LOGGED(true);
 }
 
 bool DaDeviceTimerDataRetrieverImpl::supportOwnWidgetControl()
 {
-    return logged(false);
+    return LOGGED(false);
 }
 
 bool DaDeviceTimerDataRetrieverImpl::supportReset()
 {
-    return logged(true);
+    return LOGGED(true);
 }
 
 bool DaDeviceTimerDataRetrieverImpl::supportShow()
 {
-    return logged(true);
+    return LOGGED(true);
 }
 
 bool DaDeviceTimerDataRetrieverImpl::supportStart()
 {
-    return logged(true);
+    return LOGGED(true);
 }
 
 bool DaDeviceTimerDataRetrieverImpl::supportStop()
 {
-    return logged(true);
+    return LOGGED(true);
 }
 
 bool DaDeviceTimerDataRetrieverImpl::supportTask()
 {
-    return logged(true);
+    return LOGGED(true);
 }
 
 std::string DaDeviceTimerDataRetrieverImpl::getTimerAppName()
@@ -119,7 +119,7 @@ int DaDeviceTimerDataRetrieverImpl::getTimerStatus()
 
 bool DaDeviceTimerDataRetrieverImpl::supportMultipleControl()
 {
-    return logged(true);
+    return LOGGED(true);
 }
 
 bool DaDeviceTimerDataRetrieverImpl::getTimerList(std::vector<TimerData*>* list)

@@ -7,7 +7,7 @@ DaDriverResponseGen::DaDriverResponseGen(Json::Value request)
     : requestNode(request), dataNode(), responseRootNode()
 {
     Json::Value reply;
-    reply["agent"] = readText(requestNode, "agent");
+    reply["agent"] = requestNode.get("agent", "").asString();
 
     // The reply is named after the request: its first "Request" becomes "Reply".
     std::string actionName = getActionName();
@@ -20,24 +20,16 @@ DaDriverResponseGen::DaDriverResponseGen(Json::Value request)
     responseRootNode[ResponseKeys::USER_COMPOSED_DRIVER_RESPONSE] = reply;
 }
 
-std::string DaDriverResponseGen::readText(const Json::Value& object, const char* key)
-{
-    if (!object.isObject())
-        return std::string();
-    const Json::Value& value = object[key];
-    return value.isConvertibleTo(Json::stringValue) ? value.asString() : std::string();
-}
-
+// JsonCpp's own conversions: a member of the wrong type throws, and the
+// retriever's catch answers with the empty response.
 std::string DaDriverResponseGen::getActionName()
 {
-    return readText(requestNode.isObject() ? requestNode["action"] : Json::Value(), "name");
+    return requestNode["action"].get("name", "").asString();
 }
 
 std::string DaDriverResponseGen::getParameter(const char* name)
 {
-    if (!requestNode.isObject() || !requestNode["data"].isObject())
-        return std::string();
-    return readText(requestNode["data"][name], "value");
+    return requestNode["data"][name].get("value", "").asString();
 }
 
 DaDriverResponseGen::~DaDriverResponseGen()

@@ -19,12 +19,11 @@ public:
     std::string getDriverResponse();
 
 protected:
-    // The text of object[key]; empty when the object or the member is missing
-    // or the member is no text, number or boolean.
-    static std::string readText(const Json::Value& object, const char* key);
-    // The request's action name.
+    // The request's action name; empty when missing. A member of the wrong
+    // JSON type throws Json::Exception.
     std::string getActionName();
-    // The "value" of one of the request's parameters; empty when missing.
+    // The "value" of one of the request's parameters, as JsonCpp converts it
+    // to text; empty when missing. A member of the wrong type throws.
     std::string getParameter(const char* name);
 
     Json::Value requestNode;

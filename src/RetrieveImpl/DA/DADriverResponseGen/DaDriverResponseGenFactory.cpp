@@ -48,10 +48,10 @@ DaDriverResponseGen* DaDriverResponseGenFactory::CreateInstance(std::string driv
     if (!reader.parse(driverRequest, root, true))
         LOGD("Json Parse Fail");
 
-    Json::Value request = root.isObject() ? root[ActionTypes::SERVER_REQUEST] : Json::Value();
-    const std::string agent = request.isObject() && request["agent"].isConvertibleTo(Json::stringValue)
-                                  ? request["agent"].asString()
-                                  : std::string();
+    // A root or request of the wrong JSON type throws; the retriever answers
+    // it with the empty response.
+    Json::Value request = root[ActionTypes::SERVER_REQUEST];
+    const std::string agent = request.get("agent", "").asString();
     LOGD("agent[%s]", agent.c_str());
 
     for (const auto& row : GENERATORS) {

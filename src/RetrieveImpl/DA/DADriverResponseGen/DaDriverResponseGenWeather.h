@@ -3,12 +3,17 @@
 
 #include "RetrieveImpl/DA/DADriverResponseGen/DaDriverResponseGen.h"
 
+#include <istream>
+
 // Tells the server the appliance's saved city.
 class DaDriverResponseGenWeather : public DaDriverResponseGen {
 public:
     explicit DaDriverResponseGenWeather(Json::Value request);
 
     void setLocationInfo();
+
+private:
+    static bool parseLocationFile(Json::Reader& reader, std::istream& file, Json::Value& root);
 };
 
 #endif

@@ -10,6 +10,7 @@
 #include "utils/MarlLog.h"
 
 #include <aul_svc.h>
+#include <stdio.h>
 #include <vconf.h>
 
 namespace {
@@ -183,10 +184,13 @@ void DANluParamsGenSystem::makeParams()
     dataNode["nextTimerNum"] = timer->getCreatableTimerId();
     dataNode["AirplaneMode"] = settings->isAirplaneModeOn();
 
-    // The player's maximum level is never 0 on this device.
+    // The player's maximum level is never 0 on this device. The level comes
+    // from the daemon as any int: 100 times it is taken in 64 bits.
     const int volumeLevel = music->getCurrentMusicPlayerVolumeLevel();
     dataNode["volumeLevel"] = std::to_string(volumeLevel);
-    dataNode["volumePercent"] = std::to_string(100 * volumeLevel / music->getCurrentMusicPlayerVolumeMaxLevel());
+    char percent[24];
+    snprintf(percent, sizeof(percent), "%lld", 100LL * volumeLevel / music->getCurrentMusicPlayerVolumeMaxLevel());
+    dataNode["volumePercent"] = percent;
     dataNode["VolumeOnOff"] = volumeLevel != 0 ? "On" : "Off";
 
     dataNode["SMSSupported"] = system->isSMSAvailable();

@@ -1,0 +1,50 @@
+// The daemon's private data: a key and a value, set, then read back and read
+// by those who use what it set (the music app's volume in the music getters
+// and in the system group of NLU parameters). The input is the key, a line
+// "--", and the value.
+#include "FuzzSupport.h"
+
+#include "RetrieveImpl/DA/DANluParamsGen/DANluParamsGenSystem.h"
+#include "RetrieveManager/DeviceDataRetrieveManager.h"
+#include "RetrieveManager/IDeviceMusicDataRetrieve.h"
+#include "fwWrapper/MarlEnginePlugin.h"
+#include "fwWrapper/MarlEngineWrapper.h"
+
+#include <cstdlib>
+#include <fstream>
+#include <sstream>
+
+namespace {
+MarlEngineWrapper* gWrapper = nullptr;
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size);
+
+extern "C" int LLVMFuzzerInitialize(int*, char***)
+{
+    std::ifstream in(MARL_FUZZ_DEVICE);
+    std::stringstream text;
+    text << in.rdbuf();
+    marlfuzz::makeDevice(text.str());
+    gWrapper = marlfuzz::loadEngine();
+    // One empty input first: what the libraries below make once, at their
+    // first use, is not an input's leak.
+    static const uint8_t kNothing = 0;
+    LLVMFuzzerTestOneInput(&kNothing, 0);
+    return 0;
+}
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
+{
+    const std::vector<std::string> p = marlfuzz::pieces(data, size, 2);
+    MarlEngine_set_private_data(p[0].c_str(), p[1].c_str());
+    char* value = nullptr;
+    if (MarlEngine_get_private_data(p[0].c_str(), &value) == 0)
+        std::free(value);
+    if (IDeviceMusicDataRetrieve* music = gWrapper->getDeviceDataRetrieveManager()->getMusicRetriever()) {
+        music->getCurrentMusicAppMute();
+        music->getCurrentMusicPlayerVolumeLevel();
+    }
+    DANluParamsGenSystem().getNluParams();
+    return 0;
+}
