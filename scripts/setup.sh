@@ -1,10 +1,13 @@
 #!/usr/bin/env bash
 # Installs what the project needs to build and run on Debian, through sudo when
-# not root. Does nothing when everything is there.
+# not root. Does nothing when everything is there. The cross build for the
+# appliance (scripts/test-appliance-target.sh) installs its own tools; the host
+# build needs no 32-bit compiler (Debian's gcc-multilib and the ARM cross
+# compiler cannot be installed together).
 set -euo pipefail
 
 packages=(
-  build-essential cmake pkg-config g++-multilib
+  build-essential cmake pkg-config
   libjson-glib-dev libjsoncpp-dev libsqlite3-dev sqlite3 libssl-dev libefl-all-dev libsndfile1-dev
   libgtest-dev libgmock-dev libbenchmark-dev
   libpocketsphinx-dev libsphinxbase-dev pocketsphinx-en-us libespeak-ng-dev espeak-ng-data libsamplerate0-dev

@@ -2,6 +2,10 @@
 #include <stddef.h>
 #include <voice_control_plugin_engine.h>
 
+#ifdef MARL_LAYOUT_32BIT_TARGET
+_Static_assert(sizeof(void*) == 4, "compiled for the 32-bit target");
+#endif
+
 _Static_assert(sizeof(void*) != 4 || sizeof(vcpe_funcs_s) == 96, "engine table is 96 bytes");
 _Static_assert(sizeof(void*) != 4 || sizeof(vcpd_funcs_s) == 20, "daemon table is 20 bytes");
 _Static_assert(offsetof(vcpe_funcs_s, set_result_cb) == 2 * sizeof(int) + 5 * sizeof(void*),

@@ -1,0 +1,49 @@
+#!/usr/bin/env bash
+# The plug-in on the appliance's target: 32-bit ARM, hard float. Installs
+# qemu-user and debootstrap when missing, unpacks Debian's cross compiler
+# (build-armhf/toolchain) and makes the armhf sysroot (build-armhf/sysroot)
+# once, cross-builds the whole project into build-armhf/, and runs under
+# qemu-user the plug-in's tests, the platform tests (the tables' 32-bit layout
+# among them) and every checked scenario replay.
+#   bash scripts/test-appliance-target.sh
+set -euo pipefail
+cd "$(dirname "$0")/.."
+build=$(realpath -m "${MARL_ARMHF_BUILD_DIR:-build-armhf}")
+sysroot=$(realpath -m "${MARL_SYSROOT:-$build/sysroot}")
+
+packages=(cmake pkg-config qemu-user-static debootstrap)
+missing=()
+for package in "${packages[@]}"; do
+  dpkg-query -W -f='${Status}' "$package" 2>/dev/null | grep -q "install ok installed" || missing+=("$package")
+done
+sudo=()
+if [ "$(id -u)" -ne 0 ]; then
+  command -v sudo >/dev/null || { echo "appliance target: need root or sudo" >&2; exit 1; }
+  sudo=(sudo)
+fi
+if [ ${#missing[@]} -gt 0 ]; then
+  echo "appliance target: installing ${missing[*]}"
+  export DEBIAN_FRONTEND=noninteractive
+  "${sudo[@]}" apt-get update -q
+  "${sudo[@]}" apt-get install -y -q --no-install-recommends "${missing[@]}"
+fi
+
+# Unpacked rather than installed: installing it would remove gcc-multilib.
+bash cmake/make-armhf-toolchain.sh "$build/toolchain"
+"${sudo[@]}" bash cmake/make-armhf-sysroot.sh "$sysroot"
+
+werror=OFF
+[ "${CI:-}" = "true" ] && werror=ON
+cmake -S . -B "$build" -DCMAKE_TOOLCHAIN_FILE="$PWD/cmake/armhf-toolchain.cmake" \
+  -DMARL_SYSROOT="$sysroot" -DMARL_CROSS_BIN="$build/toolchain/usr/bin" -DMARL_WERROR="${MARL_WERROR:-$werror}" >/dev/null
+# The emulated run needs the plug-in's and platform's tests and marl-sim;
+# MARL_ARMHF_ALL=1 builds the whole project (the virtual appliance's and
+# marl-sim's own tests and the benchmarks too).
+if [ "${MARL_ARMHF_ALL:-0}" = 1 ]; then
+  cmake --build "$build" -j"$(nproc)"
+else
+  cmake --build "$build" -j"$(nproc)" --target marl-target-tests
+fi
+
+cd "$build"
+ctest --output-on-failure -j"$(nproc)" --timeout 300 -L '^(plugin|platform|target)$'
