@@ -267,6 +267,7 @@ bool turnAudio(Checker& check, const Json::Value& audio, const std::string& path
         if (!sayAudio(audio["say"].asString(), audio.get("voice", "en-us").asString(),
                       audio.get("rate", 175).asInt(), turn.audio, turn.audioSource, error))
             return check.fail(path, error);
+        turn.wordsEndSample = turn.audio.size() - 700 * 16;
         return true;
     }
     if (audio.isObject()) {
@@ -276,6 +277,7 @@ bool turnAudio(Checker& check, const Json::Value& audio, const std::string& path
         const unsigned speech = audio["speechMs"].asUInt();
         const unsigned silence = audio["silenceMs"].asUInt();
         turn.audio = synthesize(speech, silence);
+        turn.wordsEndSample = size_t(speech) * 16;
         turn.audioSource =
             "tone " + std::to_string(speech) + " ms, silence " + std::to_string(silence) + " ms";
         return true;
@@ -374,7 +376,10 @@ bool spokenTurn(const std::string& text, const std::string& voiceName, int words
     turn = Turn();
     turn.listen = true;
     turn.server = Json::Value(Json::arrayValue);
-    return sayAudio(text, voiceName, wordsPerMinute, turn.audio, turn.audioSource, error);
+    if (!sayAudio(text, voiceName, wordsPerMinute, turn.audio, turn.audioSource, error))
+        return false;
+    turn.wordsEndSample = turn.audio.size() - 700 * 16;
+    return true;
 }
 
 bool recordedTurn(const std::string& file, Turn& turn, std::string& error)
@@ -408,6 +413,22 @@ const char* defaultSpokenScenario()
     ]
   }
 })";
+}
+
+bool parseDaemonProfile(const std::string& name, DaemonProfile& profile)
+{
+    if (name == "gentle")
+        profile = DaemonProfile::Gentle;
+    else if (name == "platform")
+        profile = DaemonProfile::Platform;
+    else
+        return false;
+    return true;
+}
+
+const char* daemonProfileName(DaemonProfile profile)
+{
+    return profile == DaemonProfile::Platform ? "platform" : "gentle";
 }
 
 bool loadScenario(const std::string& path, Scenario& out, std::string& error)
@@ -446,8 +467,21 @@ bool parseScenario(const std::string& text, const std::string& path, Scenario& o
                        {"engine", Kind::Object, true},
                        {"turns", Kind::Array, false},
                        {"compare", Kind::Object, false},
-                       {"timeout", Kind::UInt, false}}))
+                       {"timeout", Kind::UInt, false},
+                       {"daemon", Kind::Text, false},
+                       {"recognitionMode", Kind::Text, false}}))
         return done(false);
+    if (root.isMember("daemon")) {
+        out.daemonGiven = true;
+        if (!parseDaemonProfile(root["daemon"].asString(), out.daemon))
+            return done(check.fail("daemon", "must be \"gentle\" or \"platform\""));
+    }
+    if (root.isMember("recognitionMode")) {
+        const std::string mode = root["recognitionMode"].asString();
+        if (mode != "restartAfterReject" && mode != "default")
+            return done(check.fail("recognitionMode", "must be \"default\" or \"restartAfterReject\""));
+        out.restartAfterReject = mode == "restartAfterReject";
+    }
     out.device = root["device"];
     out.timeout = root.get("timeout", 0).asUInt();
     if (root.isMember("timeout") && out.timeout == 0)
@@ -506,10 +540,11 @@ bool parseScenario(const std::string& text, const std::string& path, Scenario& o
         if (!t.isObject())
             return done(check.fail(at, "must be an object"));
         for (const auto& name : t.getMemberNames())
-            if (name != "audio" && name != "end" && name != "server" && name != "privateData")
+            if (name != "audio" && name != "end" && name != "server" && name != "privateData" &&
+                name != "device")
                 return done(
                     check.fail(Checker::join(at, name),
-                               "unknown member (known here: audio, end, server, privateData)"));
+                               "unknown member (known here: audio, end, server, privateData, device)"));
         Turn turn;
         if (t.isMember("audio") && !turnAudio(check, t["audio"], Checker::join(at, "audio"), turn))
             return done(false);
@@ -528,6 +563,11 @@ bool parseScenario(const std::string& text, const std::string& path, Scenario& o
             !privateDataList(check, t["privateData"], Checker::join(at, "privateData"),
                              turn.privateData))
             return done(false);
+        if (t.isMember("device")) {
+            if (!t["device"].isObject())
+                return done(check.fail(Checker::join(at, "device"), "must be an object"));
+            turn.device = t["device"];
+        }
         out.turns.push_back(std::move(turn));
     }
     return true;

@@ -39,7 +39,13 @@ struct Turn {
     bool listen = false;                   // no "server": the stand-in recognizes, its service answers
     Json::Value server;                    // the speech service's events; file paths made absolute
     std::vector<PrivateData> privateData;  // sent just before the turn starts
+    Json::Value device;                    // a device description applied just before the turn; null when none
+    size_t wordsEndSample = 0;             // where the words or the tone end, when known (0: unknown)
 };
+
+// How the daemon drives the plug-in: "gentle" (the simulator's own, patient
+// habits) or "platform" (the habits of the platform's voice-control daemon).
+enum class DaemonProfile { Gentle, Platform };
 
 struct Scenario {
     std::string path;    // as given
@@ -56,7 +62,17 @@ struct Scenario {
     // Seconds a turn may take to settle after its stop or cancel; 0 leaves the
     // command line's choice.
     unsigned timeout = 0;
+    // The scenario's "daemon" member, when it has one.
+    bool daemonGiven = false;
+    DaemonProfile daemon = DaemonProfile::Gentle;
+    // "recognitionMode": "restartAfterReject": the platform daemon stops only
+    // the engine at the end of speech and its recorder keeps going.
+    bool restartAfterReject = false;
 };
+
+// "gentle" or "platform"; false for anything else.
+bool parseDaemonProfile(const std::string& name, DaemonProfile& profile);
+const char* daemonProfileName(DaemonProfile profile);
 
 // Reads and checks the whole scenario. On failure `error` names the path of
 // the bad member ("turns[1].server[0].confidence: must be an integer").

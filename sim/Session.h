@@ -15,6 +15,8 @@ struct Options {
     std::string plugin;         // the plug-in's file
     bool fast = false;          // feed audio without waiting 20 ms per chunk
     double turnTimeout = 15.0;  // seconds for a turn to settle after its stop or cancel
+    DaemonProfile daemon = DaemonProfile::Gentle;
+    bool memory = false;        // a "memory" entry after each turn
 };
 
 // Exit codes of a run.

@@ -2,13 +2,18 @@
 // plug-in, on the virtual appliance. See README.md beside this file.
 //
 //   marl-sim run SCENARIO.json [--device DIR] [--plugin PATH] [--json FILE]
+//                              [--trace FILE] [--html FILE]
 //                              [--fast] [--normalized] [--timeout SECONDS]
+//                              [--daemon gentle|platform] [--memory]
 //   marl-sim say TEXT... [--voice NAME] [--rate WPM] [--scenario FILE] [run's options]
 //   marl-sim listen FILE.wav... [--scenario FILE] [run's options]
 //   marl-sim info [--plugin PATH]
+#include "HtmlPage.h"
 #include "Scenario.h"
 #include "Session.h"
+#include "TraceWriter.h"
 #include "Transcript.h"
+#include "TranscriptSinks.h"
 
 #include "vappliance/Device.h"
 
@@ -36,7 +41,9 @@ int usage(const std::string& problem = "")
         std::fprintf(stderr, "marl-sim: %s\n", problem.c_str());
     std::fprintf(stderr,
                  "usage: marl-sim run SCENARIO.json [--device DIR] [--plugin PATH] [--json FILE]\n"
+                 "                                  [--trace FILE] [--html FILE]\n"
                  "                                  [--fast] [--normalized] [--timeout SECONDS]\n"
+                 "                                  [--daemon gentle|platform] [--memory]\n"
                  "       marl-sim say TEXT... [--voice NAME] [--rate WORDS_A_MINUTE] [--scenario FILE]\n"
                  "                            [run's options]\n"
                  "       marl-sim listen FILE.wav... [--scenario FILE] [run's options]\n"
@@ -87,8 +94,9 @@ std::string isoNow()
 }
 
 struct Args {
-    std::string command, scenario, device, plugin, json;
-    bool fast = false, normalized = false;
+    std::string command, scenario, device, plugin, json, trace, html;
+    bool fast = false, normalized = false, memory = false;
+    std::string daemon;  // empty: the scenario's, else gentle
     double timeout = 15.0;
     bool timeoutGiven = false;
     std::vector<std::string> spoken;  // say: the texts; listen: the WAV files; one turn each
@@ -129,6 +137,12 @@ bool parseArgs(int argc, char** argv, Args& args, std::string& problem)
         } else if (session && a == "--json") {
             if (!value(args.json))
                 return false;
+        } else if (session && a == "--trace") {
+            if (!value(args.trace))
+                return false;
+        } else if (session && a == "--html") {
+            if (!value(args.html))
+                return false;
         } else if (spoken && a == "--scenario") {
             if (!value(args.scenario))
                 return false;
@@ -157,6 +171,16 @@ bool parseArgs(int argc, char** argv, Args& args, std::string& problem)
                 problem = "--timeout takes a number of seconds above 0, not \"" + text + "\"";
                 return false;
             }
+        } else if (session && a == "--daemon") {
+            if (!value(args.daemon))
+                return false;
+            sim::DaemonProfile profile;
+            if (!sim::parseDaemonProfile(args.daemon, profile)) {
+                problem = "--daemon takes gentle or platform, not \"" + args.daemon + "\"";
+                return false;
+            }
+        } else if (session && a == "--memory") {
+            args.memory = true;
         } else if (session && a == "--fast") {
             args.fast = true;
         } else if (session && a == "--normalized") {
@@ -270,10 +294,27 @@ int run(const Args& args)
     options.plugin = pluginPath(args);
     options.fast = args.fast;
     options.turnTimeout = args.timeoutGiven || scenario.timeout == 0 ? args.timeout : scenario.timeout;
+    options.daemon = scenario.daemon;
+    if (!args.daemon.empty())
+        sim::parseDaemonProfile(args.daemon, options.daemon);
+    options.memory = args.memory;
+
+    // The transcript goes out as the session runs: a long session does not
+    // grow in memory.
+    sim::JsonFileSink jsonSink;
+    if (!args.json.empty() && !jsonSink.open(args.json, error))
+        return fail(error);
+    std::unique_ptr<sim::WriterSink<sim::TraceWriter>> trace;
+    if (!args.trace.empty())
+        trace = std::make_unique<sim::WriterSink<sim::TraceWriter>>(args.trace);
+    std::unique_ptr<sim::WriterSink<sim::HtmlPage>> page;
+    if (!args.html.empty())
+        page = std::make_unique<sim::WriterSink<sim::HtmlPage>>(args.html);
 
     quietEfl();
     ecore_init();
     sim::Transcript transcript;
+    transcript.nameThread("main");
     Json::Value& header = transcript.header;
     const std::string scenarioFile = args.scenario.empty() ? std::string("(built in)") : args.scenario;
     header["scenario"]["file"] =
@@ -288,6 +329,23 @@ int run(const Args& args)
     header["started"] = isoNow();
     header["options"]["fast"] = options.fast;
     header["options"]["turnTimeoutSeconds"] = options.turnTimeout;
+    header["options"]["daemon"] = sim::daemonProfileName(options.daemon);
+
+    sim::RenderOptions render;
+    render.normalized = args.normalized;
+    render.nowEpochMs = transcript.startEpochMs();
+    render.deviceDataKept = scenario.compareDeviceData;
+    render.briefDeviceData = args.command != "run";
+    render.substitutions = {
+        {device, "$DEVICE"}, {scenario.dir, "$SCENARIO"}, {options.plugin, "$PLUGIN"}};
+    sim::TextSink textSink(stdout, header, render);
+    transcript.addSink(&textSink);
+    if (!args.json.empty())
+        transcript.addSink(&jsonSink);
+    if (trace)
+        transcript.addSink(trace.get());
+    if (page)
+        transcript.addSink(page.get());
 
     Json::Value identity;
     int code = sim::kExitOk;
@@ -298,30 +356,12 @@ int run(const Args& args)
         code = sim::runSession(scenario, options, transcript, error);
     ecore_shutdown();
 
-    const auto entries = transcript.entries();
-    sim::RenderOptions render;
-    render.normalized = args.normalized;
-    render.nowEpochMs = transcript.startEpochMs();
-    render.deviceDataKept = scenario.compareDeviceData;
-    render.briefDeviceData = args.command != "run";
-    render.substitutions = {
-        {device, "$DEVICE"}, {scenario.dir, "$SCENARIO"}, {options.plugin, "$PLUGIN"}};
-    std::fputs(sim::render(header, entries, render).c_str(), stdout);
+    transcript.finish();
     std::fflush(stdout);
-
-    if (!args.json.empty()) {
-        Json::Value document;
-        document["header"] = header;
-        document["entries"] = Json::Value(Json::arrayValue);
-        for (const auto& entry : entries)
-            document["entries"].append(entry);
-        Json::StreamWriterBuilder builder;
-        builder["indentation"] = " ";
-        std::ofstream out(args.json);
-        out << Json::writeString(builder, document) << "\n";
-        if (!out.good())
-            return fail("cannot write " + args.json);
-    }
+    if (!args.json.empty() && !jsonSink.good())
+        return fail("cannot write " + args.json);
+    if (std::string why; (trace && !trace->good(&why)) || (page && !page->good(&why)))
+        return fail(why);
     if (!error.empty())
         std::fprintf(stderr, "marl-sim: %s\n", error.c_str());
     if (code == sim::kExitTimedOut)

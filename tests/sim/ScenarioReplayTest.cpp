@@ -1,6 +1,14 @@
 // Replays every session in scenarios/ and compares marl-sim's normalized
 // transcript with the expected one stored beside it (NAME.expected).
 //
+// Each session is also replayed with the platform's daemon (--daemon
+// platform). Its transcript differs in the daemon's own lines (its commands
+// before every start, its chunks, its stop, its null user data); what the
+// plug-in answered (results, texts, errors, driver responses, actions, what
+// the appliance saw) must be what NAME.expected holds, unless
+// NAME.platform.expected keeps the platform's whole transcript for a session
+// where one of the daemon's habits changes the answers (scenarios/README.md).
+//
 // To take a new transcript as the expected one, run with
 // MARL_UPDATE_EXPECTED=1: the test writes NAME.expected and is skipped; read
 // the file (git diff) before keeping it.
@@ -10,6 +18,8 @@
 
 #include <algorithm>
 #include <cctype>
+#include <regex>
+#include <sstream>
 
 namespace
 {
@@ -49,6 +59,79 @@ TEST_P(ScenarioReplay, TranscriptIsTheExpectedOne)
     EXPECT_EQ(readText(expected), run.out) << "stderr:\n" << run.err;
 }
 
+// What the plug-in answered, from a normalized transcript: the turns, the
+// daemon's callbacks without the user data it got back, the driver requests
+// with their responses, the parser's actions and what the appliance saw.
+std::string answers(const std::string& transcript)
+{
+    static const char* const kept[] = {"-- turn",         "daemon   result:", "daemon   asr:",
+                                       "daemon   error:", "speech   driverRequest", "           response:",
+                                       "speech   executeOVAction", "device   ", "file     "};
+    std::istringstream in(transcript);
+    std::string out, line;
+    while (std::getline(in, line)) {
+        for (const char* prefix : kept) {
+            if (line.rfind(prefix, 0) != 0)
+                continue;
+            if (line.rfind("daemon   ", 0) == 0) {
+                const size_t userData = line.find(", user data ");
+                if (userData != std::string::npos)
+                    line.erase(userData);
+            }
+            out += line + "\n";
+            break;
+        }
+    }
+    return out;
+}
+
+class PlatformReplay : public ::testing::TestWithParam<std::string>
+{
+};
+
+TEST_P(PlatformReplay, PluginAnswersAsUnderTheGentleDaemon)
+{
+    const fs::path dir = MARL_SCENARIO_DIR;
+    const fs::path scenario = dir / (GetParam() + ".json");
+    const fs::path expected = dir / (GetParam() + ".expected");
+    const fs::path platformExpected = dir / (GetParam() + ".platform.expected");
+    Scratch scratch;
+    const SimResult run = runSim(scratch, {"run", scenario.string(), "--fast", "--normalized", "--daemon",
+                                           "platform", "--device", scratch.path("device").string()});
+    if (const char* update = std::getenv("MARL_UPDATE_EXPECTED");
+        update && *update == '1' && fs::exists(platformExpected)) {
+        writeText(platformExpected, run.out);
+        GTEST_SKIP() << "wrote " << platformExpected << " (exit " << run.exitCode << ")";
+    }
+    EXPECT_EQ(run.exitCode, 0) << run.err;
+    if (fs::exists(platformExpected)) {
+        EXPECT_EQ(readText(platformExpected), run.out) << "stderr:\n" << run.err;
+    } else {
+        EXPECT_EQ(answers(readText(expected)), answers(run.out)) << run.out;
+    }
+
+    // The daemon's habits: its commands before every start, 10 ms chunks.
+    std::istringstream in(run.out);
+    std::string line, previousCall;
+    int starts = 0;
+    static const std::regex chunks("MarlEngine_set_recording_data x(\\d+) \\((\\d+) bytes");
+    while (std::getline(in, line)) {
+        if (line.rfind("call     ", 0) != 0)
+            continue;
+        if (line.rfind("call     MarlEngine_start(", 0) == 0) {
+            ++starts;
+            EXPECT_EQ(previousCall.rfind("call     MarlEngine_set_commands(", 0), 0u)
+                << "start not right after set_commands: " << previousCall;
+        }
+        std::smatch m;
+        if (std::regex_search(line, m, chunks)) {
+            EXPECT_EQ(std::stoul(m[2]), 320u * std::stoul(m[1])) << line;
+        }
+        previousCall = line;
+    }
+    EXPECT_GT(starts, 0);
+}
+
 std::string testName(const ::testing::TestParamInfo<std::string>& info)
 {
     std::string name;
@@ -65,5 +148,6 @@ std::string testName(const ::testing::TestParamInfo<std::string>& info)
 }
 
 INSTANTIATE_TEST_SUITE_P(Scenarios, ScenarioReplay, ::testing::ValuesIn(scenarioNames()), testName);
+INSTANTIATE_TEST_SUITE_P(Scenarios, PlatformReplay, ::testing::ValuesIn(scenarioNames()), testName);
 
 }  // namespace
