@@ -5,6 +5,7 @@
 
 #include <app_control.h>
 #include <app_manager.h>
+#include <dlfcn.h>
 
 #include <fstream>
 #include <sstream>
@@ -37,7 +38,35 @@ const char* const kApps = R"({"apps": {
     "running": ["org.tizen.fridge-timer", "LAykghKXQw.FoodMinder"],
     "foreground": "LAykghKXQw.FoodMinder"}})";
 
+int gHeldHandles = 0;
+
+template <typename Function>
+Function next(const char* name)
+{
+    return reinterpret_cast<Function>(::dlsym(RTLD_NEXT, name));
+}
+
 }  // namespace
+
+// The framework's handle calls, counted on their way to the appliance: a handle
+// that is made and never destroyed stays counted.
+extern "C" int app_control_create(app_control_h* app_control)
+{
+    static const auto create = next<int (*)(app_control_h*)>("app_control_create");
+    const int code = create(app_control);
+    if (code == APP_CONTROL_ERROR_NONE && app_control && *app_control)
+        ++gHeldHandles;
+    return code;
+}
+
+extern "C" int app_control_destroy(app_control_h app_control)
+{
+    static const auto destroy = next<int (*)(app_control_h)>("app_control_destroy");
+    const int code = destroy(app_control);
+    if (code == APP_CONTROL_ERROR_NONE)
+        --gHeldHandles;
+    return code;
+}
 
 TEST(AppControlRecord, SettersChainAndEmptyTextReadsAsNull)
 {
@@ -104,6 +133,21 @@ TEST(AppControlLaunch, AFailedStepReturnsThePlatformsCode)
     EXPECT_EQ(AppControl::performAppControl(data), -5);
     EXPECT_NE(platformLog().find("Failed to set uri"), std::string::npos);
     EXPECT_TRUE(journalOf("app_launch").empty());
+}
+
+// Kept on purpose: a launch that fails after the handle is made returns with
+// the handle still held; only a launch that reaches its end destroys it.
+TEST(AppControlLaunch, AFailedStepKeepsTheHandleAndALaunchReleasesIt)
+{
+    marltest::TestDevice device(kApps);
+    AppControlData data;
+    data.setPackageName("org.tizen.fridge-timer").setUri("tizen://x");
+    const int held = gHeldHandles;
+    EXPECT_EQ(AppControl::performAppControl(data), 0);
+    EXPECT_EQ(gHeldHandles, held);
+    device.apply(R"({"errors": {"app_control_set_uri": -5}})");
+    EXPECT_EQ(AppControl::performAppControl(data), -5);
+    EXPECT_EQ(gHeldHandles, held + 1);
 }
 
 TEST(AppControlLaunch, NoHandleAnswersMinusOne)

@@ -135,6 +135,25 @@ TEST(ViewInsideReply, AMissingDatabaseCountsAsEmpty)
     EXPECT_NE(platformLog().find("Can't open database: "), std::string::npos);
 }
 
+// Kept on purpose: when the recipe database cannot be opened, the handle that
+// sqlite3_open made is not closed, so every such request leaves one behind.
+TEST(ViewInsideReply, AFailedOpenLeavesItsDatabaseHandleOpen)
+{
+    marltest::TestDevice device(R"({"vconf": {"db/orvane/ref_room": 1}})");
+    const std::string fridge = R"({"locationName": {"value": "Fridge"}})";
+    respond(request("View Inside App Control", "View Inside Item Check Request", fridge));
+    const sqlite3_int64 before = sqlite3_memory_used();
+    respond(request("View Inside App Control", "View Inside Item Check Request", fridge));
+    EXPECT_GT(sqlite3_memory_used(), before);
+
+    // An opened database is closed again: nothing stays behind.
+    makeRecipeDatabase(3);
+    respond(request("View Inside App Control", "View Inside Item Check Request", fridge));
+    const sqlite3_int64 opened = sqlite3_memory_used();
+    respond(request("View Inside App Control", "View Inside Item Check Request", fridge));
+    EXPECT_EQ(sqlite3_memory_used(), opened);
+}
+
 TEST(ViewInsideReply, AFileThatIsNoDatabaseCountsAsEmpty)
 {
     marltest::TestDevice device(R"({"files": [{"path": "/home/owner/apps_rw/org.tizen.webdatabaseserviceapp/shared/trusted/Recipe.db",

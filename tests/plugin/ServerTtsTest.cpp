@@ -6,6 +6,12 @@
 #include "fwWrapper/MarlEnginePlugin.h"
 #include "fwWrapper/MarlEngineWrapper.h"
 
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+#include <sanitizer/allocator_interface.h>
+#else
+#include <malloc.h>
+#endif
+
 #include <chrono>
 #include <cstring>
 #include <fstream>
@@ -34,6 +40,17 @@ std::vector<short> wavSamples(const std::string& path)
         at += 8 + size + (size & 1);
     }
     return samples;
+}
+
+// Bytes the program holds on its heap (the sanitizers keep their own heap).
+size_t heapInUse()
+{
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+    return __sanitizer_get_current_allocated_bytes();
+#else
+    const struct mallinfo2 info = mallinfo2();
+    return info.uordblks + info.hblkhd;
+#endif
 }
 
 std::vector<Json::Value> playbacks()
@@ -222,6 +239,24 @@ TEST_F(ServerTtsUserPlay, TheWaitExpiresAfterFiveSecondsAndTheActionGoesWithoutS
     EXPECT_FALSE(tts()->getReceived());
 }
 
+// Kept on purpose: the manager's destructor does not release the gathered
+// speech; only clearing it (as a new turn does) releases it.
+TEST_F(ServerTtsUserPlay, TheGatheredSpeechOutlivesItsManager)
+{
+    const std::string speech(1024 * 1024, '\1');
+    const size_t before = heapInUse();
+    ServerTtsManager* cleared = new ServerTtsManager();
+    ASSERT_TRUE(cleared->copyServerTts(speech.data(), speech.size()));
+    cleared->clearServerTts();
+    delete cleared;
+    EXPECT_LT(heapInUse(), before + speech.size() / 2);
+
+    ServerTtsManager* manager = new ServerTtsManager();
+    ASSERT_TRUE(manager->copyServerTts(speech.data(), speech.size()));
+    delete manager;
+    EXPECT_GE(heapInUse(), before + speech.size());
+}
+
 TEST_F(ServerTtsUserPlay, AnEmptySpeechPathWritesTheDefaultFile)
 {
     wrapper()->getCustomizedDataRetrieveManager()->setUserRetriever(new NoPathSet());
@@ -276,20 +311,10 @@ void expectPlayedDoubled(const Json::Value& playback, const std::string& speech)
     EXPECT_EQ(wrong, 0u);
 }
 
-}  // namespace
-
-// Language 6: the plug-in plays the speech itself; every write answers 0, so
-// the whole speech plays.
-class ServerTtsBargeIn : public EngineTest {
-protected:
-    ServerTtsBargeIn() : EngineTest(R"({"vconf": {"db/orvane/setting/lang": 6}, "audio_out": {"write_returns": "zero"}})") {}
-};
-
 // A new turn while the speech plays clears the gathered speech and cancels the
-// thread; the thread plays on from its own copy, to the end.
-TEST_F(ServerTtsBargeIn, ANewTurnWhileSpeechPlaysLeavesThePlayingSamplesWhole)
+// thread; the thread plays on from its own copy, to the end. Twenty times over.
+void bargeInRuns(const std::string& speech)
 {
-    const std::string speech = rampSpeech(256 * 1024);
     for (int run = 0; run < 20; ++run) {
         SCOPED_TRACE(run);
         const size_t cancelled = cancelCallbacks();
@@ -312,6 +337,26 @@ TEST_F(ServerTtsBargeIn, ANewTurnWhileSpeechPlaysLeavesThePlayingSamplesWhole)
         ASSERT_EQ(played.size(), before + 1);
         expectPlayedDoubled(played.back(), speech);
     }
+}
+
+}  // namespace
+
+// Language 6: the plug-in plays the speech itself; every write answers 0, so
+// the whole speech plays.
+class ServerTtsBargeIn : public EngineTest {
+protected:
+    ServerTtsBargeIn() : EngineTest(R"({"vconf": {"db/orvane/setting/lang": 6}, "audio_out": {"write_returns": "zero"}})") {}
+};
+
+// About five seconds of speech.
+TEST_F(ServerTtsBargeIn, ANewTurnWhileSpeechPlaysLeavesThePlayingSamplesWhole)
+{
+    bargeInRuns(rampSpeech(256 * 1024));
+}
+
+TEST_F(ServerTtsBargeIn, ANewTurnWhileFourMegabytesOfSpeechPlayLeavesThemWhole)
+{
+    bargeInRuns(rampSpeech(4 * 1024 * 1024));
 }
 
 // The same through the daemon: a new start while the answer plays.
