@@ -9,6 +9,7 @@
 #include "fwWrapper/MarlEngineWrapper.h"
 
 #include <asr-nlu/RecognitionAgentResponse.h>
+#include <standin/SpeechStandIn.h>
 
 #include <fstream>
 #include <sstream>
@@ -55,5 +56,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
     gWrapper->determineResult("", "", "");
     MarlEngine_cancel();
     marlfuzz::pumpMainLoop(3);
+    // A routed result may start a recognition: its device-data pull ends
+    // before the next input (or the end of the process) comes.
+    speech_standin_wait_idle(5000);
     return 0;
 }

@@ -15,11 +15,11 @@ namespace appfw {
 inline void warnOnce(const std::string& message)
 {
     static std::mutex mutex;
-    static std::string last;
+    static std::string* last = new std::string();  // kept for warnings at exit
     std::lock_guard<std::mutex> lock(mutex);
-    if (message != last) {
+    if (message != *last) {
         std::fprintf(stderr, "appfw: %s\n", message.c_str());
-        last = message;
+        *last = message;
     }
 }
 

@@ -136,7 +136,7 @@ bool loadApps(AppsState& state, std::string* error)
             *error = "no device directory " + deviceDir();
         return false;
     }
-    static CachedApps cache;
+    static CachedApps& cache = *new CachedApps();  // kept for readers at exit
     const std::string path = devicePath("apps.json");
     std::lock_guard<std::mutex> lock(cache.mutex);
     // Writers replace the file whole (a rename under the lock), so a read

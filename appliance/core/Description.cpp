@@ -31,8 +31,8 @@ struct CachedDescription {
 
 CachedDescription& cached()
 {
-    static CachedDescription cache;
-    return cache;
+    static CachedDescription* cache = new CachedDescription();  // kept for readers at exit
+    return *cache;
 }
 
 // The path of device.json, made again only when MARL_DEVICE_DIR changed:

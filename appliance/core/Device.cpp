@@ -25,11 +25,11 @@ namespace internal {
 void warnOnce(const std::string& message)
 {
     static std::mutex mutex;
-    static std::string last;
+    static std::string* last = new std::string();  // kept for warnings at exit
     std::lock_guard<std::mutex> lock(mutex);
-    if (message != last) {
+    if (message != *last) {
         std::fprintf(stderr, "vappliance: %s\n", message.c_str());
-        last = message;
+        *last = message;
     }
 }
 

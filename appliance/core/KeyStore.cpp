@@ -91,8 +91,8 @@ struct ReadKey {
 std::mutex gKeysMutex;
 std::map<std::string, ReadKey>& readKeys()
 {
-    static std::map<std::string, ReadKey> keys;
-    return keys;
+    static auto* keys = new std::map<std::string, ReadKey>();  // kept for readers at exit
+    return *keys;
 }
 
 }  // namespace
