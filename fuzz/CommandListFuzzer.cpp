@@ -8,8 +8,6 @@
 #include "fwWrapper/MarlEngineWrapper.h"
 
 #include <cstdlib>
-#include <fstream>
-#include <sstream>
 
 namespace {
 
@@ -39,15 +37,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size);
 
 extern "C" int LLVMFuzzerInitialize(int*, char***)
 {
-    std::ifstream in(MARL_FUZZ_DEVICE);
-    std::stringstream text;
-    text << in.rdbuf();
-    marlfuzz::makeDevice(text.str());
-    gWrapper = marlfuzz::loadEngine();
-    // One empty input first: what the libraries below make once, at their
-    // first use, is not an input's leak.
-    static const uint8_t kNothing = 0;
-    LLVMFuzzerTestOneInput(&kNothing, 0);
+    gWrapper = marlfuzz::loadEngineOnTheFuzzDevice();
+    marlfuzz::runEmptyInput(LLVMFuzzerTestOneInput);
     return 0;
 }
 

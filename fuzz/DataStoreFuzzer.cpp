@@ -187,23 +187,14 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size);
 
 extern "C" int LLVMFuzzerInitialize(int*, char***)
 {
-    std::ifstream in(MARL_FUZZ_DEVICE);
-    std::stringstream text;
-    text << in.rdbuf();
-    marlfuzz::makeDevice(text.str());
-    // The generators reach the managers through the engine, loaded as the
-    // daemon has it before any request arrives.
-    marlfuzz::loadEngine();
+    marlfuzz::loadEngineOnTheFuzzDevice();
     for (const auto& entry : std::filesystem::directory_iterator(MARL_FUZZ_REQUESTS)) {
         std::ifstream file(entry.path());
         std::stringstream request;
         request << file.rdbuf();
         gRequests.push_back(request.str());
     }
-    // One empty input first: what the libraries below make once, at their
-    // first use, is not an input's leak.
-    static const uint8_t kNothing = 0;
-    LLVMFuzzerTestOneInput(&kNothing, 0);
+    marlfuzz::runEmptyInput(LLVMFuzzerTestOneInput);
     return 0;
 }
 

@@ -4,24 +4,13 @@
 
 #include "RetrieveImpl/DA/DaCustomizedDriverResponseRetriever.h"
 
-#include <fstream>
-#include <sstream>
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size);
 
 extern "C" int LLVMFuzzerInitialize(int*, char***)
 {
-    std::ifstream in(MARL_FUZZ_DEVICE);
-    std::stringstream text;
-    text << in.rdbuf();
-    marlfuzz::makeDevice(text.str());
-    // The generators reach the managers through the engine, loaded as the
-    // daemon has it before any request arrives.
-    marlfuzz::loadEngine();
-    // One empty input first: what the libraries below make once, at their
-    // first use, is not an input's leak.
-    static const uint8_t kNothing = 0;
-    LLVMFuzzerTestOneInput(&kNothing, 0);
+    marlfuzz::loadEngineOnTheFuzzDevice();
+    marlfuzz::runEmptyInput(LLVMFuzzerTestOneInput);
     return 0;
 }
 

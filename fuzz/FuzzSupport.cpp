@@ -115,6 +115,21 @@ MarlEngineWrapper* loadEngine()
     return marlEngineWrapper;
 }
 
+MarlEngineWrapper* loadEngineOnTheFuzzDevice()
+{
+    std::ifstream in(MARL_FUZZ_DEVICE);
+    std::stringstream text;
+    text << in.rdbuf();
+    makeDevice(text.str());
+    return loadEngine();
+}
+
+void runEmptyInput(int (*testOneInput)(const uint8_t*, size_t))
+{
+    static const uint8_t kNothing = 0;
+    testOneInput(&kNothing, 0);
+}
+
 void pumpMainLoop(int rounds)
 {
     for (int i = 0; i < rounds; ++i)

@@ -23,6 +23,14 @@ const std::string& deviceDir();
 // gives commands(), initializes it, sets its callbacks and its language.
 MarlEngineWrapper* loadEngine();
 
+// Makes the device of fuzz/device.json and loads the engine on it, as the
+// daemon has it before any request arrives.
+MarlEngineWrapper* loadEngineOnTheFuzzDevice();
+
+// Runs one empty input: what the libraries below make once, at their first
+// use, is not an input's leak.
+void runEmptyInput(int (*testOneInput)(const uint8_t*, size_t));
+
 // One command of the daemon's command walk.
 struct Command {
     int id;

@@ -10,8 +10,6 @@
 
 #include <tzplatform_config.h>
 
-#include <fstream>
-#include <sstream>
 
 namespace {
 std::string gPositionFile;
@@ -22,19 +20,10 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size);
 
 extern "C" int LLVMFuzzerInitialize(int*, char***)
 {
-    std::ifstream in(MARL_FUZZ_DEVICE);
-    std::stringstream text;
-    text << in.rdbuf();
-    marlfuzz::makeDevice(text.str());
-    // The generators reach the managers through the engine, loaded as the
-    // daemon has it before any request arrives.
-    marlfuzz::loadEngine();
+    marlfuzz::loadEngineOnTheFuzzDevice();
     gPositionFile = tzplatform_mkpath(TZ_USER_DATA, "AccInfoData.txt");
     gWeatherFile = tzplatform_mkpath(TZ_USER_DATA, "AccInfoPrev.txt");
-    // One empty input first: what the libraries below make once, at their
-    // first use, is not an input's leak.
-    static const uint8_t kNothing = 0;
-    LLVMFuzzerTestOneInput(&kNothing, 0);
+    marlfuzz::runEmptyInput(LLVMFuzzerTestOneInput);
     return 0;
 }
 

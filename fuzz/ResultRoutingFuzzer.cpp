@@ -11,8 +11,6 @@
 #include <asr-nlu/RecognitionAgentResponse.h>
 #include <standin/SpeechStandIn.h>
 
-#include <fstream>
-#include <sstream>
 
 namespace {
 MarlEngineWrapper* gWrapper = nullptr;
@@ -22,21 +20,14 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size);
 
 extern "C" int LLVMFuzzerInitialize(int*, char***)
 {
-    std::ifstream in(MARL_FUZZ_DEVICE);
-    std::stringstream text;
-    text << in.rdbuf();
-    marlfuzz::makeDevice(text.str());
-    gWrapper = marlfuzz::loadEngine();
+    gWrapper = marlfuzz::loadEngineOnTheFuzzDevice();
     marlfuzz::commands() = {{1, 1, 0, false, "open the fridge", "", 0},
                             {2, 2, 5, false, "#org.tizen.Timer", "", 0},
                             {3, 2, 5, false, "#org.tizen.Music", "", 0},
                             {4, 1, 3, false, "set", "", 0},
                             {5, 1, 4, false, "timer", "", 0}};
     MarlEngine_set_commands(1);
-    // One empty input first: what the libraries below make once, at their
-    // first use, is not an input's leak.
-    static const uint8_t kNothing = 0;
-    LLVMFuzzerTestOneInput(&kNothing, 0);
+    marlfuzz::runEmptyInput(LLVMFuzzerTestOneInput);
     return 0;
 }
 
