@@ -13,19 +13,6 @@ namespace {
 
 MarlEngineWrapper* gWrapper = nullptr;
 
-std::vector<std::string> splitOn(const std::string& text, char separator)
-{
-    std::vector<std::string> out;
-    std::string::size_type start = 0;
-    for (;;) {
-        const auto cut = text.find(separator, start);
-        out.push_back(text.substr(start, cut == std::string::npos ? std::string::npos : cut - start));
-        if (cut == std::string::npos)
-            return out;
-        start = cut + 1;
-    }
-}
-
 int number(const std::vector<std::string>& fields, size_t index)
 {
     return index < fields.size() ? static_cast<int>(std::strtol(fields[index].c_str(), nullptr, 10)) : 0;
@@ -44,11 +31,11 @@ extern "C" int LLVMFuzzerInitialize(int*, char***)
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
 {
-    const std::vector<std::string> lines = splitOn(std::string(reinterpret_cast<const char*>(data), size), '\n');
+    const std::vector<std::string> lines = marlfuzz::splitOn(std::string(reinterpret_cast<const char*>(data), size), '\n');
     auto& commands = marlfuzz::commands();
     commands.clear();
     for (size_t i = 1; i < lines.size() && commands.size() < 256; ++i) {
-        const std::vector<std::string> f = splitOn(lines[i], '\t');
+        const std::vector<std::string> f = marlfuzz::splitOn(lines[i], '\t');
         marlfuzz::Command c{number(f, 0), number(f, 1), number(f, 2), f.size() > 3 && f[3] == "<null>",
                             f.size() > 3 ? f[3] : "", f.size() > 4 ? f[4] : "", number(f, 5)};
         commands.push_back(c);

@@ -36,19 +36,6 @@ struct Row {
     std::vector<std::pair<std::string, std::string>> cells;
 };
 
-std::vector<std::string> splitOn(const std::string& text, char separator)
-{
-    std::vector<std::string> out;
-    std::string::size_type start = 0;
-    for (;;) {
-        const auto cut = text.find(separator, start);
-        out.push_back(text.substr(start, cut == std::string::npos ? std::string::npos : cut - start));
-        if (cut == std::string::npos)
-            return out;
-        start = cut + 1;
-    }
-}
-
 void exec(sqlite3* db, const std::string& sql)
 {
     sqlite3_exec(db, sql.c_str(), nullptr, nullptr, nullptr);
@@ -58,8 +45,8 @@ void writeStore(const std::string& input)
 {
     std::map<std::string, std::vector<Row>> tables;
     const std::set<std::string> known(std::begin(kTables), std::end(kTables));
-    for (const std::string& line : splitOn(input, '\n')) {
-        const std::vector<std::string> fields = splitOn(line, '|');
+    for (const std::string& line : marlfuzz::splitOn(input, '\n')) {
+        const std::vector<std::string> fields = marlfuzz::splitOn(line, '|');
         if (!known.count(fields[0]))
             continue;
         Row row;

@@ -153,6 +153,19 @@ std::vector<std::string> pieces(const uint8_t* data, size_t size, size_t count)
     return out;
 }
 
+std::vector<std::string> splitOn(const std::string& text, char separator)
+{
+    std::vector<std::string> out;
+    std::string::size_type start = 0;
+    for (;;) {
+        const auto cut = text.find(separator, start);
+        out.push_back(text.substr(start, cut == std::string::npos ? std::string::npos : cut - start));
+        if (cut == std::string::npos)
+            return out;
+        start = cut + 1;
+    }
+}
+
 void writeApplianceFile(const std::string& appliancePath, const std::string& text)
 {
     const std::string host = vapp::hostPath(appliancePath);

@@ -51,6 +51,9 @@ void pumpMainLoop(int rounds);
 // pieces not given are empty.
 std::vector<std::string> pieces(const uint8_t* data, size_t size, size_t count);
 
+// `text` cut at every `separator`; the pieces between, empty ones too.
+std::vector<std::string> splitOn(const std::string& text, char separator);
+
 // Writes `text` into the host file that stands for `appliancePath`.
 void writeApplianceFile(const std::string& appliancePath, const std::string& text);
 
