@@ -3,6 +3,7 @@
 # build-asan/ (or $MARL_ASAN_BUILD_DIR) and runs the tests there. Any report
 # (a memory error, undefined behaviour, a leak not in
 # scripts/sanitizers/lsan.supp) fails its test, and so the script.
+# CI runs --plugin: its tests take about 4 min on 2 cores.
 #   bash scripts/sanitize-address.sh              every test
 #   bash scripts/sanitize-address.sh --plugin     the plug-in's tests, the
 #                                                 scenario replays and the map (CI)
