@@ -1,5 +1,6 @@
 #include "voice/Recognizer.h"
 
+#include <jsgf.h>
 #include <pocketsphinx.h>
 
 #include <cstdlib>
@@ -23,6 +24,25 @@ std::string phoneWord(const char* phone)
     for (const char* p = phone; *p; ++p)
         word += static_cast<char>(*p - 'A' + 'a');
     return word;
+}
+
+// ps_set_jsgf_string of this pocketsphinx never frees the grammar it parses:
+// the same steps here, with the grammar freed once its search is made.
+int setJsgf(ps_decoder_t* decoder, const char* name, const char* text)
+{
+    jsgf_t* grammar = jsgf_parse_string(text, nullptr);
+    if (!grammar)
+        return -1;
+    int result = -1;
+    if (jsgf_rule_t* rule = jsgf_get_public_rule(grammar)) {
+        const float lw = static_cast<float>(cmd_ln_float_r(ps_get_config(decoder), "-lw"));
+        if (fsg_model_t* fsg = jsgf_build_fsg(grammar, rule, ps_get_logmath(decoder), lw)) {
+            result = ps_set_fsg(decoder, name, fsg);
+            fsg_model_free(fsg);
+        }
+    }
+    jsgf_grammar_free(grammar);
+    return result;
 }
 
 bool readable(const std::string& path)
@@ -98,7 +118,7 @@ bool Recognizer::open(std::string& error, const std::string& modelDir)
         loop += (i ? " | " : "") + word;
     }
     loop += ")+;\n";
-    if (ps_set_jsgf_string(mLoop, kLoopSearch, loop.c_str()) < 0 || ps_set_search(mLoop, kLoopSearch) < 0) {
+    if (setJsgf(mLoop, kLoopSearch, loop.c_str()) < 0 || ps_set_search(mLoop, kLoopSearch) < 0) {
         error = "pocketsphinx refused the phone loop";
         close();
         return false;
@@ -124,7 +144,7 @@ bool Recognizer::setGrammar(const std::string& jsgf, std::string& error)
     }
     if (mInUtterance)
         abandon();
-    if (ps_set_jsgf_string(mDecoder, kGrammarSearch, jsgf.c_str()) < 0 ||
+    if (setJsgf(mDecoder, kGrammarSearch, jsgf.c_str()) < 0 ||
         ps_set_search(mDecoder, kGrammarSearch) < 0) {
         error = "pocketsphinx refused the grammar";
         return false;

@@ -3,7 +3,10 @@
 #include <espeak-ng/espeak_ng.h>
 #include <samplerate.h>
 
+#include <csignal>
 #include <mutex>
+
+#include <pthread.h>
 
 namespace voice {
 namespace {
@@ -35,6 +38,13 @@ bool initialize(std::string& error)
 {
     if (!gTried) {
         gTried = true;
+        // The thread espeak-ng starts takes no signals: a signal of the
+        // process (a child's end) goes to a thread of its own, where the
+        // main loop's handler expects it.
+        sigset_t all;
+        sigset_t previous;
+        sigfillset(&all);
+        pthread_sigmask(SIG_BLOCK, &all, &previous);
         espeak_ng_InitializePath(nullptr);
         espeak_ng_ERROR_CONTEXT context = nullptr;
         espeak_ng_STATUS status = espeak_ng_Initialize(&context);
@@ -47,6 +57,7 @@ bool initialize(std::string& error)
             espeak_SetSynthCallback(collect);
             gEspeakRate = espeak_ng_GetSampleRate();
         }
+        pthread_sigmask(SIG_SETMASK, &previous, nullptr);
     }
     error = gInitError;
     return gInitError.empty();
