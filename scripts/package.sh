@@ -16,9 +16,9 @@ if ! command -v rpmbuild >/dev/null; then
   "${sudo[@]}" apt-get install -y -q --no-install-recommends rpm >&2
 fi
 
-spec=packaging/vc-engine-marl.spec
-name=$(sed -n 's/^Name: *//p' "$spec")
-version=$(sed -n 's/^Version: *//p' "$spec")
+recipe=packaging/vc-engine-marl.spec
+name=$(sed -n 's/^Name: *//p' "$recipe")
+version=$(sed -n 's/^Version: *//p' "$recipe")
 top=$PWD/${MARL_RPM_DIR:-build-rpm}
 rm -rf "$top"
 mkdir -p "$top"/{SOURCES,SPECS,BUILD,RPMS,SRPMS,BUILDROOT}
@@ -31,7 +31,7 @@ else
   tar --exclude='./build*' --transform "s,^\.,$name-$version," -czf "$top/SOURCES/$name-$version.tar.gz" .
 fi
 cp packaging/"$name".manifest "$top/SOURCES/"
-cp "$spec" "$top/SPECS/"
+cp "$recipe" "$top/SPECS/"
 
 werror=OFF
 [ "${CI:-}" = "true" ] && werror=ON
@@ -42,7 +42,7 @@ rpmbuild -bb --nodeps \
   --define "marl_cmake_options -DMARL_PLATFORM_LIBRARIES=OFF -DMARL_WERROR=${MARL_WERROR:-$werror}" \
   --define "marl_no_manifest 1" \
   --define "debug_package %{nil}" \
-  "$top/SPECS/$(basename "$spec")" > "$top/rpmbuild.log" 2>&1 ||
+  "$top/SPECS/$(basename "$recipe")" > "$top/rpmbuild.log" 2>&1 ||
   { tail -n 40 "$top/rpmbuild.log" >&2; echo "package: rpmbuild failed (log: $top/rpmbuild.log)" >&2; exit 1; }
 
 rpm_file=$(find "$top/RPMS" -name "$name-$version-*.rpm" | head -n1)
