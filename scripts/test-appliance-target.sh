@@ -1,10 +1,14 @@
 #!/usr/bin/env bash
 # The plug-in on the appliance's target: 32-bit ARM, hard float. Installs
-# qemu-user and debootstrap when missing, unpacks Debian's cross compiler
-# (build-armhf/toolchain) and makes the armhf sysroot (build-armhf/sysroot)
-# once, cross-builds the whole project into build-armhf/, and runs under
-# qemu-user the plug-in's tests, the platform tests (the tables' 32-bit layout
-# among them) and every checked scenario replay.
+# qemu-user, debootstrap and the ARM binutils when missing, unpacks Debian's
+# cross compiler (build-armhf/toolchain) and makes the armhf sysroot
+# (build-armhf/sysroot) once, cross-builds what the emulated run needs (the
+# plug-in, its tests, the platform tests, the virtual appliance and marl-sim)
+# into build-armhf/, and runs under qemu-user the plug-in's tests, the
+# platform tests (the tables' 32-bit layout among them) and every checked
+# scenario replay (each checks that marl-sim saw tables of 20 and 96 bytes).
+# Nothing is left out: each test program runs as one ctest test, which keeps
+# the emulated run within CI's budget. Each phase's time is printed.
 #   bash scripts/test-appliance-target.sh
 set -euo pipefail
 cd "$(dirname "$0")/.."
