@@ -1,7 +1,6 @@
 # Cross builds only: every checked scenario replayed by the target's marl-sim
 # under emulation. The GoogleTest replay runs marl-sim as a child process, which
 # user-mode emulation cannot start; these run it under the emulator directly.
-set(MARL_TARGET_SHIMS ${CMAKE_BINARY_DIR}/target-shims)
 # The virtual appliance's launch handlers are host shell scripts; the tools they
 # call are target programs, run through the emulator.
 foreach(tool vconftool marl-device)

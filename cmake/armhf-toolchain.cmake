@@ -50,8 +50,14 @@ set(ENV{PKG_CONFIG_DIR} "")
 set(ENV{PKG_CONFIG_LIBDIR} "${MARL_SYSROOT}/usr/lib/${MARL_TARGET_TRIPLE}/pkgconfig:${MARL_SYSROOT}/usr/share/pkgconfig")
 set(ENV{PKG_CONFIG_SYSROOT_DIR} "${MARL_SYSROOT}")
 
-# Target programs run under user-mode emulation, with the sysroot's loader and libraries.
+# Target programs run under user-mode emulation, with the sysroot's loader and
+# libraries. qemu-user finds an absolute path in the sysroot when the program
+# opens it, but not when the program only asks after it (statx): espeak-ng,
+# which tests for its data files before opening them, is told where they are.
+# The sysroot's /etc/ld.so.preload (scripts/test-appliance-target.sh) mends
+# readdir() under emulation (cmake/emulation/readdir32.c).
 find_program(MARL_QEMU_ARM qemu-arm-static qemu-arm)
 if(MARL_QEMU_ARM)
-  set(CMAKE_CROSSCOMPILING_EMULATOR ${MARL_QEMU_ARM};-L;${MARL_SYSROOT})
+  set(CMAKE_CROSSCOMPILING_EMULATOR ${MARL_QEMU_ARM};-L;${MARL_SYSROOT}
+    -E;ESPEAK_DATA_PATH=${MARL_SYSROOT}/usr/lib/${MARL_TARGET_TRIPLE})
 endif()

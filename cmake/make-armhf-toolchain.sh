@@ -5,7 +5,7 @@
 # other; unpacked here (the compiler finds its parts relative to itself) it
 # leaves the host's compilers alone. Made once: a stamp marks it finished.
 set -euo pipefail
-dir=${1:?usage: make-armhf-toolchain.sh DIR}
+dir=$(realpath -m "${1:?usage: make-armhf-toolchain.sh DIR}")
 packages=(
   gcc-12-arm-linux-gnueabihf-base cpp-12-arm-linux-gnueabihf gcc-12-arm-linux-gnueabihf g++-12-arm-linux-gnueabihf
   binutils-arm-linux-gnueabihf
@@ -31,6 +31,9 @@ for deb in "$dir"/debs/*.deb; do
     tar -x -C "$dir" --exclude=./usr/share/doc --exclude=./usr/share/man --exclude=./usr/share/locale
 done
 rm -rf "$dir/debs"
+# The C library's linker script names its parts by their installed place;
+# here they are in the unpacked folder.
+sed -i "s|/usr/arm-linux-gnueabihf/lib/|$dir/usr/arm-linux-gnueabihf/lib/|g" "$dir/usr/arm-linux-gnueabihf/lib/libc.so"
 ln -sfn arm-linux-gnueabihf-gcc-12 "$dir/usr/bin/arm-linux-gnueabihf-gcc"
 ln -sfn arm-linux-gnueabihf-g++-12 "$dir/usr/bin/arm-linux-gnueabihf-g++"
 echo "${packages[*]}" > "$stamp"

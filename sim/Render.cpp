@@ -205,7 +205,7 @@ void speechLines(const Json::Value& e, const RenderOptions& options,
         lines.push_back("           response: " + quote(obs["response"]));
         return;
     }
-    const Json::Value rest = without(obs, {"what", "thread"});
+    const Json::Value rest = without(obs, {"what", "thread", "workMs"});
     lines.push_back("speech   " + what + thread + (rest.empty() ? "" : ": " + compact(rest)));
 }
 
@@ -383,7 +383,10 @@ std::string renderSection(const std::vector<Json::Value>& entries, const RenderO
     // The normalized form keeps long pauses visible, rounded to whole seconds,
     // and tells what the appliance saw (journal, files) at the end of each
     // turn: playback runs on a worker thread, so its place among the
-    // callbacks is not fixed.
+    // callbacks is not fixed. A pause is time spent waiting: the time that
+    // the speech stand-in says its own work took before an observation
+    // (workMs: loading the recognizer, decoding) depends on the machine and
+    // is not counted.
     std::vector<Json::Value> list = entries;
     if (options.normalized) {
         if (previousT < 0)
@@ -391,7 +394,8 @@ std::string renderSection(const std::vector<Json::Value>& entries, const RenderO
         for (auto& e : list) {
             if (isAppliance(e))
                 continue;
-            const long long gap = e["t"].asInt64() - previousT;
+            const Json::Value& entry = e;
+            const long long gap = entry["t"].asInt64() - previousT - entry["obs"]["workMs"].asInt64();
             if (gap >= 2000)
                 e["pauseSeconds"] = Json::Int64(std::llround(double(gap) / 1000.0));
             previousT = e["t"].asInt64();

@@ -142,6 +142,8 @@ private:
     // Opens the recognizer on first use and gives it the grammar of the
     // latest command document. False when recognition cannot run.
     bool prepareRecognizer();
+    // When the recognizer began loading or taking a new grammar (the grammar's workMs).
+    std::chrono::steady_clock::time_point mWorkStart;
 
     void buildGrammar(const std::string& document);
 

@@ -3,8 +3,19 @@
 
 namespace standin {
 
+namespace {
+
+long long msSince(std::chrono::steady_clock::time_point start)
+{
+    return std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now() - start)
+        .count();
+}
+
+}  // namespace
+
 bool Engine::prepareRecognizer()
 {
+    mWorkStart = std::chrono::steady_clock::now();
     if (mConfig.mSampleRate != 16000) {
         listeningProblem("the recognizer takes 16000 Hz audio; the library is configured for " +
                          std::to_string(mConfig.mSampleRate) + " Hz");
@@ -71,6 +82,7 @@ void Engine::buildGrammar(const std::string& document)
         mListenProblem = "the recognizer has no grammar: " + error;
         complain(error.c_str());
     }
+    o["workMs"] = Json::Int64(msSince(mWorkStart));
     observe(o);
 }
 
@@ -130,7 +142,9 @@ void Engine::finishListening(std::shared_ptr<Delivery> delivery, bool scripted)
     heard.speech = mDetector.begun();
     if (mListening) {
         mListening = false;
+        const auto decodeStart = std::chrono::steady_clock::now();
         const voice::Recognition r = mRecognizer.finish();
+        const long long decodeMs = msSince(decodeStart);
         const std::string said = r.accepted ? voice::matchCommand(mGrammar, r.text) : std::string();
         heard.command = !said.empty();
         heard.speech = heard.speech || r.accepted;
@@ -142,6 +156,7 @@ void Engine::finishListening(std::shared_ptr<Delivery> delivery, bool scripted)
         o["accepted"] = r.accepted;
         o["command"] = heard.command;
         o["speechDetected"] = mDetector.begun();
+        o["workMs"] = Json::Int64(decodeMs);
         observe(o);
         Json::Value e(Json::objectValue);
         e["type"] = "asr";

@@ -100,11 +100,14 @@ TEST_F(ListeningTest, CommandIsHeardWithPartialResultsAndGivenAsTheEmbeddedResul
     const auto grammar = observations.of("grammar");
     ASSERT_EQ(grammar.size(), 1u);
     EXPECT_EQ(grammar[0]["commands"], parseJson(R"(["open the fridge camera"])"));
+    EXPECT_TRUE(grammar[0]["workMs"].isIntegral() && grammar[0]["workMs"].asInt64() >= 0) << grammar[0];
     const auto recognition = observations.of("recognition");
     ASSERT_EQ(recognition.size(), 1u);
     EXPECT_EQ(recognition[0]["accepted"], true);
     EXPECT_EQ(recognition[0]["command"], true);
     EXPECT_EQ(recognition[0]["thread"], "library");
+    EXPECT_TRUE(recognition[0]["workMs"].isIntegral() && recognition[0]["workMs"].asInt64() >= 0)
+        << recognition[0];
 }
 
 TEST_F(ListeningTest, RequestDialogueAsksItsDriverRequestAndSpeaksTheAnswer)

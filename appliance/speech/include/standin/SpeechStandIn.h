@@ -29,9 +29,12 @@
 //   {"what":"deliver","event":{...the scripted server event...}}
 //        (with "by":"recognizer" or "by":"service" in a listening turn: a
 //        partial or embedded result, or an event of the appliance's service)
-//   {"what":"grammar","commands":[...],"leftOut":[...],"unknownWords":[...]}  (listening)
+//   {"what":"grammar","commands":[...],"leftOut":[...],"unknownWords":[...],
+//        "workMs":1200}                                                     (listening)
 //   {"what":"recognition","text":"...","score":-3,"accepted":true,"command":false,
-//        "speechDetected":true} or {"what":"recognition","problem":"..."}    (listening)
+//        "speechDetected":true,"workMs":300} or {"what":"recognition","problem":"..."}
+//        (listening; workMs: how long loading and the grammar, or the last
+//        decoding, took)
 //   {"what":"synthesis","problem":"..."}                                   (listening)
 //   {"what":"parse","data":"...","responseType":1,"isLast":true}      (parser stand-in)
 //   {"what":"driverRequest","request":"...","response":"..."}         (parser stand-in)
