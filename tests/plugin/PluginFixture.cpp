@@ -9,7 +9,10 @@
 #include <standin/SpeechStandIn.h>
 
 #include <chrono>
+#include <cstdint>
+#include <cstring>
 #include <fstream>
+#include <iterator>
 #include <sstream>
 #include <thread>
 
@@ -115,6 +118,24 @@ bool observed(const std::string& what)
             return true;
     }
     return false;
+}
+
+std::vector<short> wavSamples(const std::string& path)
+{
+    std::ifstream in(path, std::ios::binary);
+    const std::string bytes((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+    std::vector<short> samples;
+    for (size_t at = 12; at + 8 <= bytes.size();) {
+        uint32_t size = 0;
+        std::memcpy(&size, bytes.data() + at + 4, 4);
+        if (bytes.compare(at, 4, "data") == 0) {
+            samples.resize(size / 2);
+            std::memcpy(samples.data(), bytes.data() + at + 8, samples.size() * 2);
+            break;
+        }
+        at += 8 + size + (size & 1);
+    }
+    return samples;
 }
 
 std::string platformLog()

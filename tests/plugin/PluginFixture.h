@@ -75,6 +75,9 @@ bool observed(const std::string& what);
 std::string platformLog();
 bool logged(const std::string& text);
 
+// The 16-bit samples of a WAV file's data chunk; none when there is none.
+std::vector<short> wavSamples(const std::string& path);
+
 // Runs the Ecore main loop until `done` holds or `timeoutMs` passes.
 bool runLoopUntil(const std::function<bool()>& done, int timeoutMs);
 

@@ -23,26 +23,6 @@ using marltest::daemon;
 
 namespace {
 
-// The samples of a WAV file's data chunk.
-std::vector<short> wavSamples(const std::string& path)
-{
-    std::ifstream in(path, std::ios::binary);
-    std::string bytes((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
-    std::vector<short> samples;
-    size_t at = 12;
-    while (at + 8 <= bytes.size()) {
-        uint32_t size = 0;
-        std::memcpy(&size, bytes.data() + at + 4, 4);
-        if (bytes.compare(at, 4, "data") == 0) {
-            samples.resize(size / 2);
-            std::memcpy(samples.data(), bytes.data() + at + 8, samples.size() * 2);
-            break;
-        }
-        at += 8 + size + (size & 1);
-    }
-    return samples;
-}
-
 // Bytes the program holds on its heap (the sanitizers keep their own heap).
 size_t heapInUse()
 {
@@ -119,7 +99,7 @@ TEST_F(ServerTtsPlayback, SpeechIsPlayedAt24kMonoWithGainInPiecesOf40Bytes)
     EXPECT_EQ(playback["sample_type"].asInt(), 113);
     EXPECT_EQ(playback["sound_type"].asInt(), 4);
     EXPECT_EQ(playback["bytes"].asInt(), 85);  // 40, 40 and 5
-    const std::vector<short> samples = wavSamples(vapp::devicePath(playback["file"].asString()));
+    const std::vector<short> samples = marltest::wavSamples(vapp::devicePath(playback["file"].asString()));
     ASSERT_GE(samples.size(), 4u);
     EXPECT_EQ(samples[0], 32767);
     EXPECT_EQ(samples[1], -32768);
@@ -300,7 +280,7 @@ size_t cancelCallbacks()
 void expectPlayedDoubled(const Json::Value& playback, const std::string& speech)
 {
     EXPECT_EQ(playback["bytes"].asUInt(), speech.size());
-    const std::vector<short> samples = wavSamples(vapp::devicePath(playback["file"].asString()));
+    const std::vector<short> samples = marltest::wavSamples(vapp::devicePath(playback["file"].asString()));
     ASSERT_EQ(samples.size(), speech.size() / 2);
     size_t wrong = 0;
     for (size_t i = 0; i < samples.size(); ++i) {

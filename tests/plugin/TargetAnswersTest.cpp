@@ -43,24 +43,6 @@ std::vector<Json::Value> playbacks()
     return found;
 }
 
-std::vector<short> wavSamples(const std::string& path)
-{
-    std::ifstream in(path, std::ios::binary);
-    const std::string bytes((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
-    std::vector<short> samples;
-    for (size_t at = 12; at + 8 <= bytes.size();) {
-        uint32_t size = 0;
-        std::memcpy(&size, bytes.data() + at + 4, 4);
-        if (bytes.compare(at, 4, "data") == 0) {
-            samples.resize(size / 2);
-            std::memcpy(samples.data(), bytes.data() + at + 8, samples.size() * 2);
-            break;
-        }
-        at += 8 + size + (size & 1);
-    }
-    return samples;
-}
-
 }  // namespace
 
 class TargetTimers : public EngineTest {
@@ -159,7 +141,7 @@ TEST_F(TargetSpeechPlayback, SampleBytesWithTheHighBitSetAreWalkedAsSignedSample
     ASSERT_TRUE(marltest::runLoopUntil([&] { return !playbacks().empty() && !tts()->getOnPlaying(); }, 5000));
     const Json::Value playback = playbacks()[0];
     EXPECT_EQ(playback["bytes"].asInt(), 8);
-    const std::vector<short> samples = wavSamples(vapp::devicePath(playback["file"].asString()));
+    const std::vector<short> samples = marltest::wavSamples(vapp::devicePath(playback["file"].asString()));
     ASSERT_EQ(samples.size(), 4u);
     EXPECT_EQ(samples[0], -32766);
     EXPECT_EQ(samples[1], 32766);
