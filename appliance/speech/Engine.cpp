@@ -134,30 +134,22 @@ void Engine::cancelRecognition()
 
 void Engine::processText(unsigned char* /*buffer*/, int length)
 {
-    Json::Value o = what("processText");
-    o["length"] = length;
-    observe(o);
+    observe(what("processText", "length", length));
 }
 
 void Engine::processListEvent(std::string listEvent)
 {
-    Json::Value o = what("processListEvent");
-    o["text"] = listEvent;
-    observe(o);
+    observe(what("processListEvent", "text", listEvent));
 }
 
 void Engine::processHepticEvent(std::string hapticEvent)
 {
-    Json::Value o = what("processHepticEvent");
-    o["text"] = hapticEvent;
-    observe(o);
+    observe(what("processHepticEvent", "text", hapticEvent));
 }
 
 void Engine::processDriverResponse(std::string driverResponse)
 {
-    Json::Value o = what("processDriverResponse");
-    o["text"] = driverResponse;
-    observe(o);
+    observe(what("processDriverResponse", "text", driverResponse));
     std::lock_guard<std::mutex> lock(mMutex);
     mDriverResponse = driverResponse;
 }
@@ -217,9 +209,7 @@ void Engine::setSpeechDetectionListener(SpeechDetectionListener* listener, int o
         std::lock_guard<std::mutex> lock(mMutex);
         mSpeechListener = listener;
     }
-    Json::Value o = what("setSpeechDetectionListener");
-    o["option"] = option;
-    observe(o);
+    observe(what("setSpeechDetectionListener", "option", option));
 }
 
 int Engine::getState()

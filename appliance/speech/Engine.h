@@ -67,8 +67,9 @@ extern bool gListening;
 
 // Takes the next scripted turn; false when there is none.
 bool takeScript(Script& out);
-// An observation object with "what" set.
+// An observation object with "what" set, and one member more when given.
 Json::Value what(const char* name);
+Json::Value what(const char* name, const char* key, const Json::Value& value);
 
 class Engine final : public RecognitionManager {
 public:

@@ -37,6 +37,13 @@ Json::Value what(const char* name)
     return out;
 }
 
+Json::Value what(const char* name, const char* key, const Json::Value& value)
+{
+    Json::Value out = what(name);
+    out[key] = value;
+    return out;
+}
+
 std::shared_ptr<Engine> currentEngine()
 {
     std::lock_guard<std::mutex> lock(gMutex);
@@ -140,16 +147,12 @@ RecognitionManager* Tessel::getRecognitionManager()
 
 void Tessel::changeLocale(std::string locale)
 {
-    Json::Value o = what("changeLocale");
-    o["locale"] = locale;
-    observe(o);
+    observe(what("changeLocale", "locale", locale));
 }
 
 void Tessel::setCommandList(std::string commandList)
 {
-    Json::Value o = what("setCommandList");
-    o["document"] = commandList;
-    observe(o);
+    observe(what("setCommandList", "document", commandList));
     if (std::shared_ptr<Engine> engine = currentEngine())
         engine->setCommandDocument(commandList);
 }
