@@ -57,7 +57,8 @@ void runUnderCallgrind(int argc, char** argv)
     int status = 0;
     while (::waitpid(child, &status, 0) < 0 && errno == EINTR) {
     }
-    // The dumps are read and removed as they come; the one made at exit is left.
+    // The dumps are read and removed as they come (unless kept); the one made
+    // at exit is left.
     ::unlink(out.c_str());
     ::rmdir(pattern);
     std::exit(WIFEXITED(status) ? WEXITSTATUS(status) : 1);
@@ -102,7 +103,12 @@ uint64_t InstructionCount::read(const std::string& label)
         }
     }
     in.close();
-    ::unlink(dump.c_str());
+    // MARL_BENCH_KEEP_DUMPS=1 keeps each dump for callgrind_annotate.
+    const char* keep = std::getenv("MARL_BENCH_KEEP_DUMPS");
+    if (keep && std::strcmp(keep, "1") == 0)
+        std::fprintf(stderr, "bench: %s kept in %s\n", label.c_str(), dump.c_str());
+    else
+        ::unlink(dump.c_str());
     return total;
 }
 

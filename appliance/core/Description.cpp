@@ -1,12 +1,12 @@
 #include "vappliance/Device.h"
 #include "Internal.h"
+#include "vappliance/EnvironmentValue.h"
 #include "vappliance/FileWatch.h"
 
 #include <tizen_error.h>
 
 #include <sys/stat.h>
 
-#include <cstdlib>
 #include <cstring>
 #include <memory>
 #include <mutex>
@@ -25,7 +25,8 @@ struct CachedDescription {
     FileWatch watch;
     std::shared_ptr<const Json::Value> value;  // null when malformed
     std::string error;
-    std::string dirVariable;  // MARL_DEVICE_DIR that path was made from
+    EnvironmentValue dirVariable{"MARL_DEVICE_DIR"};
+    std::string dir;  // MARL_DEVICE_DIR that path was made from
     std::string path;
 };
 
@@ -39,12 +40,12 @@ CachedDescription& cached()
 // the log asks for the description at every line.
 const std::string& descriptionPath(CachedDescription& cache)
 {
-    const char* dir = std::getenv("MARL_DEVICE_DIR");
+    const char* dir = cache.dirVariable.get();
     if (!dir || !*dir) {
-        cache.dirVariable.clear();
+        cache.dir.clear();
         cache.path = devicePath("device.json");
-    } else if (cache.path.empty() || cache.dirVariable != dir) {
-        cache.dirVariable = dir;
+    } else if (cache.path.empty() || cache.dir != dir) {
+        cache.dir = dir;
         cache.path = devicePath("device.json");
     }
     return cache.path;

@@ -1,4 +1,5 @@
 #include "vappliance/Device.h"
+#include "vappliance/EnvironmentValue.h"
 #include "Internal.h"
 
 #include <sqlite3.h>
@@ -99,7 +100,8 @@ std::map<std::string, int>& errorNames()
 
 std::string deviceDir()
 {
-    const char* dir = std::getenv("MARL_DEVICE_DIR");
+    thread_local EnvironmentValue dirVariable("MARL_DEVICE_DIR");
+    const char* dir = dirVariable.get();
     if (dir && *dir)
         return dir;
     const char* home = std::getenv("HOME");

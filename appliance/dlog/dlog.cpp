@@ -5,6 +5,7 @@
 #include <dlog.h>
 
 #include "vappliance/Device.h"
+#include "vappliance/EnvironmentValue.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -14,7 +15,6 @@
 #include <cctype>
 #include <cerrno>
 #include <cstdio>
-#include <cstdlib>
 #include <cstring>
 #include <memory>
 #include <mutex>
@@ -29,6 +29,9 @@ const bool kNamesRegistered = (vapp::registerErrorNames({
                                    {"DLOG_ERROR_NOT_PERMITTED", DLOG_ERROR_NOT_PERMITTED},
                                }),
                                true);
+
+// A line buffer grown beyond this by a long line is given back after it.
+const size_t kKeptCapacity = 64 * 1024;
 
 // Letters of the priorities DLOG_VERBOSE .. DLOG_FATAL.
 const char kLetters[] = "VDIWEF";
@@ -57,20 +60,26 @@ int thresholdOf(const std::string& word)
     return DLOG_SILENT;
 }
 
-// What a process keeps between lines: the log file open for appending, and
-// the settings read from device.json, looked at again only when device.json
-// has been parsed again. Guarded by mutex.
+// What a process keeps between lines: the log file open for appending, the
+// settings read from device.json, looked at again only when device.json has
+// been parsed again, and the buffer that the line is put together in.
+// Guarded by mutex.
 struct LogState {
     std::mutex mutex;
     int fd = -1;
-    std::string dirVariable;  // MARL_DEVICE_DIR of the open file; empty: made from $HOME, checked each line
+    vapp::EnvironmentValue dirVariable{"MARL_DEVICE_DIR"};
+    vapp::EnvironmentValue stderrVariable{"MARL_LOG_STDERR"};
+    std::string dir;  // MARL_DEVICE_DIR of the open file; empty: made from $HOME, checked each line
     std::shared_ptr<const Json::Value> settingsFrom;  // the description the settings came from
     bool settingsRead = false;
     int descriptionThreshold = DLOG_SILENT;
+    bool injected = false;  // device.json's "errors" names dlog_print
+    int injectedCode = 0;
     time_t stampSecond = -1;  // the second that stampText spells
     char stampText[32] = "";
     pid_t pid = -1;           // the process that pidText names
     char pidText[32] = "";
+    std::string line;
 };
 
 LogState& state()
@@ -79,24 +88,32 @@ LogState& state()
     return *logState;
 }
 
+// Reads the settings of device.json again when it was parsed again: the
+// lowest priority that also goes to stderr, and an error injected for
+// dlog_print.
+void readSettings(LogState& log, const std::shared_ptr<const Json::Value>& description)
+{
+    if (log.settingsRead && description == log.settingsFrom)
+        return;
+    log.settingsRead = true;
+    log.settingsFrom = description;
+    std::string word;
+    if (description) {
+        const Json::Value setting = description->get("dlog", Json::Value()).get("stderr", Json::Value());
+        if (setting.isString())
+            word = setting.asString();
+    }
+    log.descriptionThreshold = thresholdOf(word);
+    log.injected = description && vapp::injectedError(*description, "dlog_print", &log.injectedCode);
+}
+
 // The lowest priority that also goes to stderr; DLOG_SILENT for none.
 // MARL_LOG_STDERR overrides device.json's "dlog": {"stderr": ...}.
-int stderrThreshold(LogState& log, const std::shared_ptr<const Json::Value>& description)
+int stderrThreshold(LogState& log)
 {
-    const char* env = std::getenv("MARL_LOG_STDERR");
+    const char* env = log.stderrVariable.get();
     if (env && *env)
         return thresholdOf(env);
-    if (!log.settingsRead || description != log.settingsFrom) {
-        log.settingsRead = true;
-        log.settingsFrom = description;
-        std::string word;
-        if (description) {
-            const Json::Value setting = description->get("dlog", Json::Value()).get("stderr", Json::Value());
-            if (setting.isString())
-                word = setting.asString();
-        }
-        log.descriptionThreshold = thresholdOf(word);
-    }
     return log.descriptionThreshold;
 }
 
@@ -150,15 +167,15 @@ void closeLog(LogState& log)
     if (log.fd >= 0)
         ::close(log.fd);
     log.fd = -1;
-    log.dirVariable.clear();
+    log.dir.clear();
 }
 
 // The descriptor of DIR/log/dlog.log, opened again when the device directory
 // changed or the file was removed or replaced; -1 without a device directory.
 int logFile(LogState& log)
 {
-    const char* dir = std::getenv("MARL_DEVICE_DIR");
-    const bool sameDevice = dir && *dir && log.dirVariable == dir;
+    const char* dir = log.dirVariable.get();
+    const bool sameDevice = dir && *dir && log.dir == dir;
     struct stat st;
     // A file removed, or replaced by a rename, has no links left.
     if (log.fd >= 0 && sameDevice && ::fstat(log.fd, &st) == 0 && st.st_nlink > 0)
@@ -173,7 +190,7 @@ int logFile(LogState& log)
     if (fd < 0)
         return -1;
     log.fd = fd;
-    log.dirVariable = dir && *dir ? dir : "";
+    log.dir = dir && *dir ? dir : "";
     return fd;
 }
 
@@ -184,50 +201,51 @@ extern "C" int dlog_vprint(log_priority prio, const char* tag, const char* fmt, 
     if (!tag || !fmt || !(prio == DLOG_DEFAULT || (prio >= DLOG_VERBOSE && prio <= DLOG_FATAL)))
         return DLOG_ERROR_INVALID_PARAMETER;
     const std::shared_ptr<const Json::Value> description = vapp::description();
-    int code;
-    if (description && vapp::injectedError(*description, "dlog_print", &code))
-        return code;
-
+    LogState& log = state();
+    std::lock_guard<std::mutex> lock(log.mutex);
+    readSettings(log, description);
+    if (log.injected)
+        return log.injectedCode;
+    // The line is put together in one buffer kept from line to line; the
+    // message is formatted straight into it.
+    std::string& line = log.line;
+    line.clear();
+    appendTimestamp(log, line);
+    const char head[] = {' ', letterOf(prio), '/', '\0'};
+    line.append(head).append(tag);
+    appendPid(log, line);
+    const size_t start = line.size();
+    line.resize(start + 512);
     va_list copy;
     va_copy(copy, ap);
-    char small[256];
-    const int length = std::vsnprintf(small, sizeof small, fmt, copy);
+    const int length = std::vsnprintf(&line[start], line.size() - start, fmt, copy);
     va_end(copy);
     if (length < 0)
         return DLOG_ERROR_INVALID_PARAMETER;
-    std::string message;
-    if (static_cast<size_t>(length) < sizeof small) {
-        message.assign(small, static_cast<size_t>(length));
-    } else {
-        message.assign(static_cast<size_t>(length) + 1, '\0');
-        std::vsnprintf(&message[0], message.size(), fmt, ap);
-        message.resize(static_cast<size_t>(length));
+    if (start + static_cast<size_t>(length) >= line.size()) {
+        line.resize(start + static_cast<size_t>(length) + 1);
+        std::vsnprintf(&line[start], line.size() - start, fmt, ap);
     }
-    while (!message.empty() && message.back() == '\n')
-        message.pop_back();
-
-    LogState& log = state();
-    std::lock_guard<std::mutex> lock(log.mutex);
-    const char head[] = {' ', letterOf(prio), '/', '\0'};
-    std::string line;
-    line.reserve(32 + std::strlen(tag) + 16 + message.size());
-    appendTimestamp(log, line);
-    line.append(head).append(tag);
-    appendPid(log, line);
-    line.append(message).push_back('\n');
+    line.resize(start + static_cast<size_t>(length));
+    while (line.size() > start && line.back() == '\n')
+        line.pop_back();
+    line.push_back('\n');
 
     const int effective = prio == DLOG_DEFAULT ? DLOG_INFO : prio;
-    if (effective >= stderrThreshold(log, description))
+    if (effective >= stderrThreshold(log))
         writeAll(STDERR_FILENO, line);
 
     const int fd = logFile(log);
-    if (fd < 0)
-        return DLOG_ERROR_NOT_PERMITTED;
-    if (!writeAll(fd, line)) {
+    int result = static_cast<int>(line.size());
+    if (fd < 0) {
+        result = DLOG_ERROR_NOT_PERMITTED;
+    } else if (!writeAll(fd, line)) {
         closeLog(log);
-        return DLOG_ERROR_NOT_PERMITTED;
+        result = DLOG_ERROR_NOT_PERMITTED;
     }
-    return static_cast<int>(line.size());
+    if (line.capacity() > kKeptCapacity)
+        std::string().swap(line);
+    return result;
 }
 
 extern "C" int dlog_print(log_priority prio, const char* tag, const char* fmt, ...)

@@ -10,10 +10,15 @@
 #include <stdlib.h>
 #include <string.h>
 
-/* The same prefixes as vapp::mappedPrefixes(). */
-static const char *const kPrefixes[] = {
-    "/home/owner/", "/opt/usr/", "/opt/share/", "/opt/var/", "/opt/etc/",
+/* The same prefixes as vapp::mappedPrefixes(), with their lengths. */
+#define PREFIX(text) {text, sizeof text - 1}
+static const struct {
+    const char *text;
+    size_t length;
+} kPrefixes[] = {
+    PREFIX("/home/owner/"), PREFIX("/opt/usr/"), PREFIX("/opt/share/"), PREFIX("/opt/var/"), PREFIX("/opt/etc/"),
 };
+#undef PREFIX
 
 /* The device directory as two pieces, `first` followed by `second`: the value
  * of MARL_DEVICE_DIR, or $HOME (or /tmp) followed by "/.marl-device". */
@@ -51,19 +56,22 @@ int vappliance_fsmap_translate(const char *path, char *out, size_t size)
 {
     if (!path || path[0] != '/')
         return 0;
-    const char *first;
-    const char *second;
-    device_dir(&first, &second);
-    if (inside_device(path, first, second))
-        return 0;
-    const size_t length = strlen(path);
     for (size_t i = 0; i < sizeof kPrefixes / sizeof kPrefixes[0]; ++i) {
-        const char *prefix = kPrefixes[i];
-        const size_t prefixLength = strlen(prefix);
-        const int under = length >= prefixLength && memcmp(path, prefix, prefixLength) == 0;
-        const int itself = length + 1 == prefixLength && memcmp(path, prefix, length) == 0;
-        if (!under && !itself)
+        const char *prefix = kPrefixes[i].text;
+        const size_t prefixLength = kPrefixes[i].length;
+        /* Under the prefix, or the prefix itself without its final slash;
+         * most paths differ within their first few characters. */
+        if (strncmp(path, prefix, prefixLength - 1) != 0)
             continue;
+        if (path[prefixLength - 1] != '/' && path[prefixLength - 1] != '\0')
+            continue;
+        /* The environment is read only for mapped paths: most calls name
+         * other paths, and getenv walks the whole environment. */
+        const char *first;
+        const char *second;
+        device_dir(&first, &second);
+        if (inside_device(path, first, second))
+            return 0;
         static const char kRoot[] = "/root";
         const char *pieces[] = {first, second, kRoot, path};
         size_t used = 0;
