@@ -44,7 +44,7 @@ const std::string& descriptionPath(CachedDescription& cache)
     if (!dir || !*dir) {
         cache.dir.clear();
         cache.path = devicePath("device.json");
-    } else if (cache.path.empty() || cache.dir != dir) {
+    } else if (cache.path.empty() || std::strcmp(cache.dir.c_str(), dir) != 0) {
         cache.dir = dir;
         cache.path = devicePath("device.json");
     }

@@ -30,7 +30,9 @@ const bool kNamesRegistered = (vapp::registerErrorNames({
                                }),
                                true);
 
-// A line buffer grown beyond this by a long line is given back after it.
+// The room that the line buffer keeps; one grown beyond kKeptCapacity by a
+// long line is given back after it.
+const size_t kLineRoom = 1024;
 const size_t kKeptCapacity = 64 * 1024;
 
 // Letters of the priorities DLOG_VERBOSE .. DLOG_FATAL.
@@ -77,9 +79,25 @@ struct LogState {
     int injectedCode = 0;
     time_t stampSecond = -1;  // the second that stampText spells
     char stampText[32] = "";
+    size_t stampLength = 0;
     pid_t pid = -1;           // the process that pidText names
     char pidText[32] = "";
-    std::string line;
+    size_t pidLength = 0;
+    std::string buffer;       // the line is put together at its start; never shorter than kLineRoom
+};
+
+// The line being put together in the kept buffer: its first `used` bytes.
+struct Line {
+    std::string& buffer;
+    size_t used = 0;
+
+    void put(const char* text, size_t length)
+    {
+        if (used + length > buffer.size())
+            buffer.resize(used + length + kLineRoom);
+        std::memcpy(&buffer[used], text, length);
+        used += length;
+    }
 };
 
 LogState& state()
@@ -119,40 +137,61 @@ int stderrThreshold(LogState& log)
 
 // "YYYY-MM-DD HH:MM:SS.mmm", local time; the part up to the second is
 // formatted once a second.
-void appendTimestamp(LogState& log, std::string& line)
+void putTimestamp(LogState& log, Line& line)
 {
     struct timeval now;
     ::gettimeofday(&now, nullptr);
     if (now.tv_sec != log.stampSecond) {
         struct tm local;
         ::localtime_r(&now.tv_sec, &local);
-        std::strftime(log.stampText, sizeof log.stampText, "%Y-%m-%d %H:%M:%S", &local);
+        log.stampLength = std::strftime(log.stampText, sizeof log.stampText, "%Y-%m-%d %H:%M:%S", &local);
         log.stampSecond = now.tv_sec;
     }
     const int ms = static_cast<int>(now.tv_usec / 1000);
-    line.append(log.stampText);
-    line.push_back('.');
-    line.push_back(static_cast<char>('0' + ms / 100));
-    line.push_back(static_cast<char>('0' + ms / 10 % 10));
-    line.push_back(static_cast<char>('0' + ms % 10));
+    const char fraction[] = {'.', static_cast<char>('0' + ms / 100), static_cast<char>('0' + ms / 10 % 10),
+                             static_cast<char>('0' + ms % 10)};
+    line.put(log.stampText, log.stampLength);
+    line.put(fraction, sizeof fraction);
 }
 
 // "(  PID): ", formatted again only when the process is another (a fork).
-void appendPid(LogState& log, std::string& line)
+void putPid(LogState& log, Line& line)
 {
     const pid_t pid = ::getpid();
     if (pid != log.pid) {
-        std::snprintf(log.pidText, sizeof log.pidText, "(%5d): ", static_cast<int>(pid));
+        const int length = std::snprintf(log.pidText, sizeof log.pidText, "(%5d): ", static_cast<int>(pid));
+        log.pidLength = length > 0 ? static_cast<size_t>(length) : 0;
         log.pid = pid;
     }
-    line.append(log.pidText);
+    line.put(log.pidText, log.pidLength);
 }
 
-bool writeAll(int fd, const std::string& text)
+// The message, formatted straight into the buffer, without its final line
+// breaks; false when the format is refused.
+bool putMessage(Line& line, const char* fmt, va_list ap)
+{
+    const size_t start = line.used;
+    va_list copy;
+    va_copy(copy, ap);
+    const int length = std::vsnprintf(&line.buffer[start], line.buffer.size() - start, fmt, copy);
+    va_end(copy);
+    if (length < 0)
+        return false;
+    if (static_cast<size_t>(length) >= line.buffer.size() - start) {
+        line.buffer.resize(start + static_cast<size_t>(length) + 1);
+        std::vsnprintf(&line.buffer[start], line.buffer.size() - start, fmt, ap);
+    }
+    line.used = start + static_cast<size_t>(length);
+    while (line.used > start && line.buffer[line.used - 1] == '\n')
+        --line.used;
+    return true;
+}
+
+bool writeAll(int fd, const char* text, size_t size)
 {
     size_t done = 0;
-    while (done < text.size()) {
-        const ssize_t n = ::write(fd, text.data() + done, text.size() - done);
+    while (done < size) {
+        const ssize_t n = ::write(fd, text + done, size - done);
         if (n < 0 && errno == EINTR)
             continue;
         if (n <= 0)
@@ -175,7 +214,7 @@ void closeLog(LogState& log)
 int logFile(LogState& log)
 {
     const char* dir = log.dirVariable.get();
-    const bool sameDevice = dir && *dir && log.dir == dir;
+    const bool sameDevice = dir && *dir && std::strcmp(log.dir.c_str(), dir) == 0;
     struct stat st;
     // A file removed, or replaced by a rename, has no links left.
     if (log.fd >= 0 && sameDevice && ::fstat(log.fd, &st) == 0 && st.st_nlink > 0)
@@ -206,45 +245,32 @@ extern "C" int dlog_vprint(log_priority prio, const char* tag, const char* fmt, 
     readSettings(log, description);
     if (log.injected)
         return log.injectedCode;
-    // The line is put together in one buffer kept from line to line; the
-    // message is formatted straight into it.
-    std::string& line = log.line;
-    line.clear();
-    appendTimestamp(log, line);
-    const char head[] = {' ', letterOf(prio), '/', '\0'};
-    line.append(head).append(tag);
-    appendPid(log, line);
-    const size_t start = line.size();
-    line.resize(start + 512);
-    va_list copy;
-    va_copy(copy, ap);
-    const int length = std::vsnprintf(&line[start], line.size() - start, fmt, copy);
-    va_end(copy);
-    if (length < 0)
-        return DLOG_ERROR_INVALID_PARAMETER;
-    if (start + static_cast<size_t>(length) >= line.size()) {
-        line.resize(start + static_cast<size_t>(length) + 1);
-        std::vsnprintf(&line[start], line.size() - start, fmt, ap);
+    // The line is put together in a buffer kept from line to line.
+    if (log.buffer.size() < kLineRoom)
+        log.buffer.resize(kLineRoom);
+    Line line{log.buffer};
+    putTimestamp(log, line);
+    const char head[] = {' ', letterOf(prio), '/'};
+    line.put(head, sizeof head);
+    line.put(tag, std::strlen(tag));
+    putPid(log, line);
+    int result = DLOG_ERROR_INVALID_PARAMETER;
+    if (putMessage(line, fmt, ap)) {
+        line.put("\n", 1);
+        const int effective = prio == DLOG_DEFAULT ? DLOG_INFO : prio;
+        if (effective >= stderrThreshold(log))
+            writeAll(STDERR_FILENO, line.buffer.data(), line.used);
+        const int fd = logFile(log);
+        result = static_cast<int>(line.used);
+        if (fd < 0) {
+            result = DLOG_ERROR_NOT_PERMITTED;
+        } else if (!writeAll(fd, line.buffer.data(), line.used)) {
+            closeLog(log);
+            result = DLOG_ERROR_NOT_PERMITTED;
+        }
     }
-    line.resize(start + static_cast<size_t>(length));
-    while (line.size() > start && line.back() == '\n')
-        line.pop_back();
-    line.push_back('\n');
-
-    const int effective = prio == DLOG_DEFAULT ? DLOG_INFO : prio;
-    if (effective >= stderrThreshold(log))
-        writeAll(STDERR_FILENO, line);
-
-    const int fd = logFile(log);
-    int result = static_cast<int>(line.size());
-    if (fd < 0) {
-        result = DLOG_ERROR_NOT_PERMITTED;
-    } else if (!writeAll(fd, line)) {
-        closeLog(log);
-        result = DLOG_ERROR_NOT_PERMITTED;
-    }
-    if (line.capacity() > kKeptCapacity)
-        std::string().swap(line);
+    if (log.buffer.size() > kKeptCapacity)
+        std::string().swap(log.buffer);
     return result;
 }
 

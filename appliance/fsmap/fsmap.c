@@ -15,17 +15,9 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-int vappliance_fsmap_translate(const char *path, char *out, size_t size);
+#include "real.h"
 
-/* The next definition of a function, looked up once. */
-#define REAL(name, type)                                                     \
-    typedef __typeof__(type) real_type;                                      \
-    static real_type real_ = NULL;                                           \
-    real_type real = __atomic_load_n(&real_, __ATOMIC_ACQUIRE);              \
-    if (!real) {                                                             \
-        real = (real_type)dlsym(RTLD_NEXT, name);                            \
-        __atomic_store_n(&real_, real, __ATOMIC_RELEASE);                    \
-    }
+int vappliance_fsmap_translate(const char *path, char *out, size_t size);
 
 /* `var` becomes the host path of `path`, or `path` itself; a host path too
  * long for the buffer fails the call with ENAMETOOLONG. */
@@ -36,12 +28,6 @@ int vappliance_fsmap_translate(const char *path, char *out, size_t size);
     case 1: var = var##_buffer; break;                                       \
     case -1: errno = ENAMETOOLONG; return fail;                              \
     default: break;                                                          \
-    }
-
-#define NOT_FOUND(fail)                                                      \
-    if (!real) {                                                             \
-        errno = ENOSYS;                                                      \
-        return fail;                                                         \
     }
 
 static int needs_mode(int flags)

@@ -4,7 +4,10 @@
 
 #include <unistd.h>
 
+#include <dlfcn.h>
+
 #include <cstdlib>
+#include <cstring>
 #include <string>
 
 namespace {
@@ -24,6 +27,24 @@ protected:
             ::unsetenv(name);
     }
 };
+
+TEST_F(EnvironmentValueTest, TheMapCountsEveryChangeWhenPreloaded)
+{
+    const char* preload = std::getenv("LD_PRELOAD");
+    const auto* counter =
+        static_cast<const unsigned long*>(::dlsym(RTLD_DEFAULT, "vappliance_environment_changes"));
+    if (!preload || !std::strstr(preload, "libvappliance-fsmap.so")) {
+        EXPECT_EQ(nullptr, counter);
+        return;
+    }
+    ASSERT_NE(nullptr, counter);
+    const unsigned long before = *counter;
+    ::setenv("MARL_ENV_TEST_A", "one", 1);
+    ::unsetenv("MARL_ENV_TEST_A");
+    static char entry[] = "MARL_ENV_TEST_B=b";
+    ::putenv(entry);
+    EXPECT_EQ(before + 3, *counter);
+}
 
 TEST_F(EnvironmentValueTest, ReadsWhatGetenvReads)
 {
@@ -88,6 +109,11 @@ TEST_F(EnvironmentValueTest, SeesPutenvAndAWholeNewEnvironment)
     static char entry[] = "MARL_ENV_TEST_A=put";
     ::putenv(entry);
     EXPECT_EQ("put", valueOf(a));
+    // The string given to putenv is the environment's own: changed in place,
+    // the variable changes.
+    entry[16] = 'c';
+    EXPECT_EQ("cut", valueOf(a));
+    entry[16] = 'p';
 
     char first[] = "MARL_ENV_TEST_C=c";
     char second[] = "MARL_ENV_TEST_A=other";

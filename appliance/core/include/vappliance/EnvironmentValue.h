@@ -1,14 +1,18 @@
-// One environment variable, read as getenv() reads it but without walking the
-// whole environment each time: the place where the variable was found is
-// remembered, and while `environ` is the same array and that place still
-// holds the variable, its value is read from there. setenv() and putenv() put
-// a new string into the place or a new array into `environ`, and unsetenv()
-// moves the later places down; either way the place no longer matches and the
-// environment is walked again. A variable that is not set is looked for again
-// when the environment's length or last entry has changed (setenv() and
-// putenv() add a variable at the end). The virtual appliance reads its settings from
-// the environment at every log line and every device path, and getenv()
-// compares the name of every variable before the one it looks for.
+// One environment variable, read as getenv() reads it but without comparing
+// the name of every variable each time. The virtual appliance reads its
+// settings from the environment at every log line.
+//
+// The place where the variable was found is remembered. In a process with
+// the file-system map preloaded, which counts the environment's changes
+// (setenv, unsetenv, putenv, clearenv), that place is read again directly
+// while no change was counted and `environ` is the same array. Otherwise the
+// environment's length and last entry are remembered too: while `environ` is
+// the same array of the same length and the place still holds the variable,
+// its value is read from there, and a variable that was not set stays unset
+// while the last entry is the same. setenv() and putenv() put a new string
+// into a place or a new variable at the end, unsetenv() moves the later places
+// down and shortens the array, and a new array replaces the pointer, so each
+// of them sends the next read through the whole environment again.
 //
 // Not thread-safe, as getenv() with setenv() is not: keep one per thread
 // (thread_local) or under a lock. Constant-initialized, so that a
@@ -32,12 +36,15 @@ public:
 
 private:
     bool holdsTheVariable(const char* entry) const;
+    bool sameLength(char** env) const;
 
     const char* mName;
     size_t mNameLength;
     char** mArray = nullptr;  // the environment last walked; null: walk again
+    unsigned long mChanges = 0;  // the map's count of changes then
+    size_t mLength = 0;       // its number of variables then
     bool mFound = false;
-    size_t mPlace = 0;        // found: its index; not found: the environment's length
+    size_t mPlace = 0;            // found: its index
     const char* mLast = nullptr;  // not found: the environment's last entry
 };
 
