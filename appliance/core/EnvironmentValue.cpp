@@ -8,17 +8,8 @@
 
 namespace vapp {
 
-namespace {
-
-// The file-system map's count of environment changes; null without the map.
-const unsigned long* environmentChanges()
-{
-    static const unsigned long* const counter =
-        static_cast<const unsigned long*>(::dlsym(RTLD_DEFAULT, "vappliance_environment_changes"));
-    return counter;
-}
-
-}  // namespace
+const unsigned long* const EnvironmentValue::sChanges =
+    static_cast<const unsigned long*>(::dlsym(RTLD_DEFAULT, "vappliance_environment_changes"));
 
 bool EnvironmentValue::holdsTheVariable(const char* entry) const
 {
@@ -32,16 +23,11 @@ bool EnvironmentValue::sameLength(char** env) const
     return std::find(env, env + mLength + 1, nullptr) == env + mLength;
 }
 
-const char* EnvironmentValue::get()
+const char* EnvironmentValue::find()
 {
     char** env = environ;
-    const unsigned long* counter = environmentChanges();
-    const unsigned long changes = counter ? __atomic_load_n(counter, __ATOMIC_ACQUIRE) : 0;
-    if (counter && env && env == mArray && changes == mChanges) {
-        // Nothing changed the environment through libc since the last walk;
-        // the value is read again (a string given to putenv may change in place).
-        return mFound ? env[mPlace] + mNameLength + 1 : nullptr;
-    } else if (env && env == mArray && sameLength(env)) {
+    const unsigned long changes = sChanges ? __atomic_load_n(sChanges, __ATOMIC_ACQUIRE) : 0;
+    if (!sChanges && env && env == mArray && sameLength(env)) {
         if (mFound && holdsTheVariable(env[mPlace]))
             return env[mPlace] + mNameLength + 1;
         if (!mFound && (mLength == 0 || env[mLength - 1] == mLast))

@@ -56,12 +56,15 @@ int vappliance_fsmap_translate(const char *path, char *out, size_t size)
 {
     if (!path || path[0] != '/')
         return 0;
+    /* The prefixes' second characters: most paths ("/tmp/...", "/usr/...")
+     * are told apart by them alone. */
+    if (path[1] != 'h' && path[1] != 'o')
+        return 0;
     for (size_t i = 0; i < sizeof kPrefixes / sizeof kPrefixes[0]; ++i) {
         const char *prefix = kPrefixes[i].text;
         const size_t prefixLength = kPrefixes[i].length;
-        /* Under the prefix, or the prefix itself without its final slash.
-         * Most paths differ at their second character already. */
-        if (path[1] != prefix[1] || strncmp(path, prefix, prefixLength - 1) != 0)
+        /* Under the prefix, or the prefix itself without its final slash. */
+        if (strncmp(path, prefix, prefixLength - 1) != 0)
             continue;
         if (path[prefixLength - 1] != '/' && path[prefixLength - 1] != '\0')
             continue;

@@ -187,10 +187,10 @@ void Engine::processAudio(short* samples, int sampleCount, bool epd)
     }
 }
 
-void Engine::setCommandDocument(const std::string& document)
+void Engine::setCommandDocument(std::string document)
 {
     std::lock_guard<std::mutex> lock(mMutex);
-    mDocument = document;
+    mDocument = std::move(document);
     mDocumentChanged = true;
 }
 

@@ -69,7 +69,7 @@ extern bool gListening;
 bool takeScript(Script& out);
 // An observation object with "what" set, and one member more when given.
 Json::Value what(const char* name);
-Json::Value what(const char* name, const char* key, const Json::Value& value);
+Json::Value what(const char* name, const char* key, Json::Value value);
 
 class Engine final : public RecognitionManager {
 public:
@@ -107,7 +107,7 @@ public:
 
     void processAudio(short* samples, int sampleCount, bool epd) override;
 
-    void setCommandDocument(const std::string& document);
+    void setCommandDocument(std::string document);
 
     void setRecognitionListener(RecognitionListener* listener) override;
 

@@ -37,10 +37,10 @@ Json::Value what(const char* name)
     return out;
 }
 
-Json::Value what(const char* name, const char* key, const Json::Value& value)
+Json::Value what(const char* name, const char* key, Json::Value value)
 {
     Json::Value out = what(name);
-    out[key] = value;
+    out[key] = std::move(value);
     return out;
 }
 
@@ -152,9 +152,10 @@ void Tessel::changeLocale(std::string locale)
 
 void Tessel::setCommandList(std::string commandList)
 {
+    // A command list can be large: it is copied once, into the observation.
     observe(what("setCommandList", "document", commandList));
     if (std::shared_ptr<Engine> engine = currentEngine())
-        engine->setCommandDocument(commandList);
+        engine->setCommandDocument(std::move(commandList));
 }
 
 void Tessel::syncUserData()

@@ -19,6 +19,8 @@
 // thread_local one costs no construction.
 #pragma once
 
+#include <unistd.h>
+
 #include <cstddef>
 #include <string>
 
@@ -32,9 +34,20 @@ public:
     }
 
     // getenv(name): the value, or null when the variable is not set.
-    const char* get();
+    const char* get()
+    {
+        // Nothing changed the environment through libc since the last walk;
+        // the value is read again (a string given to putenv may change in place).
+        if (mArray && mArray == environ && sChanges && __atomic_load_n(sChanges, __ATOMIC_ACQUIRE) == mChanges)
+            return mFound ? mArray[mPlace] + mNameLength + 1 : nullptr;
+        return find();
+    }
 
 private:
+    // The file-system map's count of environment changes; null without the map.
+    static const unsigned long* const sChanges;
+
+    const char* find();
     bool holdsTheVariable(const char* entry) const;
     bool sameLength(char** env) const;
 
