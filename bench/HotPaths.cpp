@@ -214,6 +214,11 @@ void report(benchmark::State& state, const std::string& name, double perOperatio
 void countEach(benchmark::State& state, const std::string& name, bool isFloor,
                const std::function<void()>& operation, const std::function<void()>& prepare = nullptr)
 {
+    // One run first, uncounted: what a first run does once (opening the
+    // data store, binding symbols) is not what every later run costs.
+    if (prepare)
+        prepare();
+    operation();
     bench::InstructionCount count;
     for (auto _ : state) {
         if (prepare) {

@@ -4,6 +4,7 @@
 // the file has changed.
 #include <dlog.h>
 
+#include "DescriptionWatch.h"
 #include "vappliance/Device.h"
 #include "vappliance/EnvironmentValue.h"
 
@@ -72,6 +73,7 @@ struct LogState {
     vapp::EnvironmentValue dirVariable{"MARL_DEVICE_DIR"};
     vapp::EnvironmentValue stderrVariable{"MARL_LOG_STDERR"};
     std::string dir;  // MARL_DEVICE_DIR of the open file; empty: made from $HOME, checked each line
+    DescriptionWatch descriptionWatch;  // whether device.json may have changed since
     std::shared_ptr<const Json::Value> settingsFrom;  // the description the settings came from
     bool settingsRead = false;
     int descriptionThreshold = DLOG_SILENT;
@@ -155,9 +157,8 @@ void putTimestamp(LogState& log, Line& line)
 }
 
 // "(  PID): ", formatted again only when the process is another (a fork).
-void putPid(LogState& log, Line& line)
+void putPid(LogState& log, pid_t pid, Line& line)
 {
-    const pid_t pid = ::getpid();
     if (pid != log.pid) {
         const int length = std::snprintf(log.pidText, sizeof log.pidText, "(%5d): ", static_cast<int>(pid));
         log.pidLength = length > 0 ? static_cast<size_t>(length) : 0;
@@ -211,9 +212,8 @@ void closeLog(LogState& log)
 
 // The descriptor of DIR/log/dlog.log, opened again when the device directory
 // changed or the file was removed or replaced; -1 without a device directory.
-int logFile(LogState& log)
+int logFile(LogState& log, const char* dir)
 {
-    const char* dir = log.dirVariable.get();
     const bool sameDevice = dir && *dir && std::strcmp(log.dir.c_str(), dir) == 0;
     struct stat st;
     // A file removed, or replaced by a rename, has no links left.
@@ -239,10 +239,14 @@ extern "C" int dlog_vprint(log_priority prio, const char* tag, const char* fmt, 
 {
     if (!tag || !fmt || !(prio == DLOG_DEFAULT || (prio >= DLOG_VERBOSE && prio <= DLOG_FATAL)))
         return DLOG_ERROR_INVALID_PARAMETER;
-    const std::shared_ptr<const Json::Value> description = vapp::description();
     LogState& log = state();
     std::lock_guard<std::mutex> lock(log.mutex);
-    readSettings(log, description);
+    const pid_t pid = ::getpid();
+    const char* dir = log.dirVariable.get();
+    if (!log.settingsRead || !log.descriptionWatch.unchanged(dir, pid)) {
+        log.descriptionWatch.arm(dir, pid);
+        readSettings(log, vapp::description());
+    }
     if (log.injected)
         return log.injectedCode;
     // The line is put together in a buffer kept from line to line.
@@ -253,14 +257,14 @@ extern "C" int dlog_vprint(log_priority prio, const char* tag, const char* fmt, 
     const char head[] = {' ', letterOf(prio), '/'};
     line.put(head, sizeof head);
     line.put(tag, std::strlen(tag));
-    putPid(log, line);
+    putPid(log, pid, line);
     int result = DLOG_ERROR_INVALID_PARAMETER;
     if (putMessage(line, fmt, ap)) {
         line.put("\n", 1);
         const int effective = prio == DLOG_DEFAULT ? DLOG_INFO : prio;
         if (effective >= stderrThreshold(log))
             writeAll(STDERR_FILENO, line.buffer.data(), line.used);
-        const int fd = logFile(log);
+        const int fd = logFile(log, dir);
         result = static_cast<int>(line.used);
         if (fd < 0) {
             result = DLOG_ERROR_NOT_PERMITTED;

@@ -100,21 +100,24 @@ public:
     PlatformRead(const char* function, const char* sectionName, int unavailable)
         : mName(sectionName)
     {
-        const auto description = vapp::description();
+        static const Json::Value kEmpty(Json::objectValue);
+        mDescription = vapp::description();
         int code = 0;
-        if (description && injectedError(*description, function, &code)) {
+        if (mDescription && injectedError(*mDescription, function, &code)) {
             mCode = code;
             return;
         }
-        if (!description) {
+        if (!mDescription) {
             mCode = unavailable;
             return;
         }
-        mSection = description->get(sectionName, Json::Value());
-        if (mSection.isNull())
-            mSection = Json::Value(Json::objectValue);
-        if (!mSection.isObject()) {
+        // The section is read where it is, in the shared description.
+        mSection = mDescription->find(sectionName, sectionName + std::strlen(sectionName));
+        if (!mSection || mSection->isNull())
+            mSection = &kEmpty;
+        if (!mSection->isObject()) {
             platformWarning(std::string("device.json: \"") + sectionName + "\" must be an object");
+            mSection = &kEmpty;
             mCode = unavailable;
             return;
         }
@@ -123,17 +126,19 @@ public:
 
     bool ok() const { return mOk; }
     int code() const { return mCode; }
-    const Json::Value& section() const { return mSection; }
+    const Json::Value& section() const { return *mSection; }
 
     // The member named `name`, else the one named `alternate` (an enum's
     // number as text); null when there is neither.
     const Json::Value& member(const std::string& name, const std::string& alternate = "") const
     {
         static const Json::Value none;
-        if (mSection.isMember(name))
-            return mSection[name];
-        if (!alternate.empty() && mSection.isMember(alternate))
-            return mSection[alternate];
+        if (const Json::Value* found = mSection->find(name.data(), name.data() + name.size()))
+            return *found;
+        if (!alternate.empty()) {
+            if (const Json::Value* found = mSection->find(alternate.data(), alternate.data() + alternate.size()))
+                return *found;
+        }
         return none;
     }
 
@@ -142,7 +147,8 @@ public:
 
 private:
     std::string mName;
-    Json::Value mSection;
+    std::shared_ptr<const Json::Value> mDescription;  // keeps mSection alive
+    const Json::Value* mSection = &Json::Value::nullSingleton();
     bool mOk = false;
     int mCode = TIZEN_ERROR_UNKNOWN;
 };

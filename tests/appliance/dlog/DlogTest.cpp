@@ -4,11 +4,13 @@
 
 #include <gtest/gtest.h>
 
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <cstdarg>
 #include <cstdlib>
+#include <filesystem>
 #include <fstream>
 #include <regex>
 #include <sstream>
@@ -349,6 +351,72 @@ TEST_F(Dlog, EachDeviceGetsItsOwnLog)
     ASSERT_EQ(1u, logLines(first).size());
     ASSERT_EQ(1u, logLines(second).size());
     EXPECT_NE(std::string::npos, logLines(second)[0].find("): to the second"));
+}
+
+// device.json written as a whole: the same length each time, so that only
+// the content tells the versions apart.
+void writeDescription(const marltest::TestDevice& dev, int injected)
+{
+    std::ofstream(dev.path("device.json"), std::ios::trunc) << "{\"errors\": {\"dlog_print\": " << injected << "}}";
+}
+
+TEST_F(Dlog, ADescriptionRewrittenInPlaceIsSeenAtTheNextLine)
+{
+    marltest::TestDevice dev;
+    EXPECT_GT(dlog_print(DLOG_INFO, "T", "m"), 0);
+    for (int code : {-5, -7, -5, -7}) {
+        writeDescription(dev, code);
+        EXPECT_EQ(code, dlog_print(DLOG_INFO, "T", "m"));
+        EXPECT_EQ(code, dlog_print(DLOG_INFO, "T", "m"));
+    }
+}
+
+TEST_F(Dlog, ADescriptionReplacedByRenameOrRemovedIsSeenAtTheNextLine)
+{
+    marltest::TestDevice dev(R"({"errors": {"dlog_print": -5}})");
+    EXPECT_EQ(-5, dlog_print(DLOG_INFO, "T", "m"));
+    std::ofstream(dev.path("next.json")) << R"({"errors": {"dlog_print": -7}})";
+    ASSERT_EQ(0, ::rename(dev.path("next.json").c_str(), dev.path("device.json").c_str()));
+    EXPECT_EQ(-7, dlog_print(DLOG_INFO, "T", "m"));
+    ASSERT_EQ(0, ::unlink(dev.path("device.json").c_str()));
+    EXPECT_GT(dlog_print(DLOG_INFO, "T", "logged without a description"), 0);
+    writeDescription(dev, -5);
+    EXPECT_EQ(-5, dlog_print(DLOG_INFO, "T", "m"));
+}
+
+TEST_F(Dlog, ADeviceDirectoryMadeAgainIsWatchedAgain)
+{
+    marltest::TestDevice dev(R"({"errors": {"dlog_print": -5}})");
+    EXPECT_EQ(-5, dlog_print(DLOG_INFO, "T", "m"));
+    const std::string moved = dev.dir() + ".moved";
+    ASSERT_EQ(0, ::rename(dev.dir().c_str(), moved.c_str()));
+    ASSERT_EQ(0, ::mkdir(dev.dir().c_str(), 0755));
+    writeDescription(dev, -7);
+    EXPECT_EQ(-7, dlog_print(DLOG_INFO, "T", "m"));
+    // The moved directory is no longer the device's.
+    std::ofstream(moved + "/device.json", std::ios::trunc) << R"({"errors": {"dlog_print": -3}})";
+    EXPECT_EQ(-7, dlog_print(DLOG_INFO, "T", "m"));
+    writeDescription(dev, -5);
+    EXPECT_EQ(-5, dlog_print(DLOG_INFO, "T", "m"));
+    std::error_code ec;
+    std::filesystem::remove_all(moved, ec);
+}
+
+TEST_F(Dlog, AForkedChildNeitherMissesNorTakesItsParentsChanges)
+{
+    marltest::TestDevice dev;
+    EXPECT_GT(dlog_print(DLOG_INFO, "T", "parent before"), 0);
+    const pid_t pid = ::fork();
+    ASSERT_GE(pid, 0);
+    if (pid == 0) {
+        writeDescription(dev, -5);
+        ::_exit(dlog_print(DLOG_INFO, "T", "child") == -5 ? 0 : 1);
+    }
+    int status = 0;
+    ASSERT_EQ(pid, ::waitpid(pid, &status, 0));
+    ASSERT_TRUE(WIFEXITED(status));
+    EXPECT_EQ(0, WEXITSTATUS(status));
+    EXPECT_EQ(-5, dlog_print(DLOG_INFO, "T", "parent after"));
 }
 
 }  // namespace
