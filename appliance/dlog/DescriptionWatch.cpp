@@ -18,11 +18,9 @@ const uint32_t kMask = IN_CLOSE_WRITE | IN_MODIFY | IN_ATTRIB | IN_CREATE | IN_D
 
 }  // namespace
 
-bool DescriptionWatch::unchanged(const char* dirVariable, pid_t pid)
+bool DescriptionWatch::unchanged(pid_t pid)
 {
-    if (mFd < 0 || mWatch < 0 || pid != mPid || !dirVariable || !*dirVariable)
-        return false;
-    if (std::strcmp(mFor.c_str(), dirVariable) != 0)
+    if (mFd < 0 || mWatch < 0 || pid != mPid)
         return false;
     // Most lines find no event waiting: asking how many bytes wait is
     // cheaper than a read that fails.
@@ -34,8 +32,7 @@ bool DescriptionWatch::unchanged(const char* dirVariable, pid_t pid)
 
 void DescriptionWatch::arm(const char* dirVariable, pid_t pid)
 {
-    // The default device ($HOME/.marl-device) is not watched: HOME may change.
-    if (mUnavailable || !dirVariable || !*dirVariable)
+    if (mUnavailable)
         return;
     if (mFd >= 0 && pid != mPid) {
         // A forked child shares its parent's instance: it would take the
@@ -53,11 +50,12 @@ void DescriptionWatch::arm(const char* dirVariable, pid_t pid)
         mPid = pid;
         mWatch = -1;
     }
-    const std::string wanted = dirVariable;
+    // The default device ($HOME/.marl-device) is not watched: HOME may change.
+    const std::string wanted = dirVariable ? dirVariable : "";
     if (mWatch < 0 || wanted != mFor) {
         if (mWatch >= 0)
             ::inotify_rm_watch(mFd, mWatch);
-        mWatch = ::inotify_add_watch(mFd, vapp::deviceDir().c_str(), kMask);
+        mWatch = wanted.empty() ? -1 : ::inotify_add_watch(mFd, vapp::deviceDir().c_str(), kMask);
         mFor = wanted;
     }
     drain();

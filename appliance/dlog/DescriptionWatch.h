@@ -19,12 +19,13 @@ public:
     DescriptionWatch& operator=(const DescriptionWatch&) = delete;
 
     // True while the watch has seen no change of device.json in the device
-    // that `dirVariable` (MARL_DEVICE_DIR's value) names; false for the
-    // default device (no MARL_DEVICE_DIR), which is not watched.
-    bool unchanged(const char* dirVariable, pid_t pid);
+    // it was armed for; false for the default device (no MARL_DEVICE_DIR),
+    // which is not watched.
+    bool unchanged(pid_t pid);
 
-    // Watches that device's directory from now on; the caller reads the
-    // description after this, so that no change falls between the two.
+    // Watches the device that `dirVariable` (MARL_DEVICE_DIR's value, null
+    // for none) names from now on; the caller reads the description after
+    // this, so that no change falls between the two.
     void arm(const char* dirVariable, pid_t pid);
 
 private:

@@ -72,7 +72,7 @@ struct LogState {
     int fd = -1;
     vapp::EnvironmentValue dirVariable{"MARL_DEVICE_DIR"};
     vapp::EnvironmentValue stderrVariable{"MARL_LOG_STDERR"};
-    std::string dir;  // MARL_DEVICE_DIR of the open file; empty: made from $HOME, checked each line
+    std::string dir;  // MARL_DEVICE_DIR of the open file and the watch; empty: the default device
     DescriptionWatch descriptionWatch;  // whether device.json may have changed since
     std::shared_ptr<const Json::Value> settingsFrom;  // the description the settings came from
     bool settingsRead = false;
@@ -207,17 +207,15 @@ void closeLog(LogState& log)
     if (log.fd >= 0)
         ::close(log.fd);
     log.fd = -1;
-    log.dir.clear();
 }
 
-// The descriptor of DIR/log/dlog.log, opened again when the device directory
-// changed or the file was removed or replaced; -1 without a device directory.
-int logFile(LogState& log, const char* dir)
+// The descriptor of DIR/log/dlog.log, opened again when the file was removed
+// or replaced (or closed for another device); -1 without a device directory.
+int logFile(LogState& log)
 {
-    const bool sameDevice = dir && *dir && std::strcmp(log.dir.c_str(), dir) == 0;
     struct stat st;
     // A file removed, or replaced by a rename, has no links left.
-    if (log.fd >= 0 && sameDevice && ::fstat(log.fd, &st) == 0 && st.st_nlink > 0)
+    if (log.fd >= 0 && ::fstat(log.fd, &st) == 0 && st.st_nlink > 0)
         return log.fd;
     closeLog(log);
     if (!vapp::deviceExists() || !vapp::makeDirs(vapp::devicePath("log")))
@@ -229,7 +227,6 @@ int logFile(LogState& log, const char* dir)
     if (fd < 0)
         return -1;
     log.fd = fd;
-    log.dir = dir && *dir ? dir : "";
     return fd;
 }
 
@@ -243,7 +240,14 @@ extern "C" int dlog_vprint(log_priority prio, const char* tag, const char* fmt, 
     std::lock_guard<std::mutex> lock(log.mutex);
     const pid_t pid = ::getpid();
     const char* dir = log.dirVariable.get();
-    if (!log.settingsRead || !log.descriptionWatch.unchanged(dir, pid)) {
+    // A device named by MARL_DEVICE_DIR keeps its log file and its watch
+    // while the variable stays; the default device is looked at afresh.
+    const bool sameDevice = dir && *dir && std::strcmp(log.dir.c_str(), dir) == 0;
+    if (!sameDevice) {
+        closeLog(log);
+        log.dir = dir && *dir ? dir : "";
+    }
+    if (!sameDevice || !log.settingsRead || !log.descriptionWatch.unchanged(pid)) {
         log.descriptionWatch.arm(dir, pid);
         readSettings(log, vapp::description());
     }
@@ -264,7 +268,7 @@ extern "C" int dlog_vprint(log_priority prio, const char* tag, const char* fmt, 
         const int effective = prio == DLOG_DEFAULT ? DLOG_INFO : prio;
         if (effective >= stderrThreshold(log))
             writeAll(STDERR_FILENO, line.buffer.data(), line.used);
-        const int fd = logFile(log, dir);
+        const int fd = logFile(log);
         result = static_cast<int>(line.used);
         if (fd < 0) {
             result = DLOG_ERROR_NOT_PERMITTED;
