@@ -46,6 +46,12 @@ void observe(Json::Value observation)
     gObserver(text.c_str(), gObserverData);
 }
 
+bool observing()
+{
+    std::lock_guard<std::recursive_mutex> lock(gObserverMutex);
+    return gObserver != nullptr;
+}
+
 }  // namespace standin
 
 extern "C" void speech_standin_set_observer(speech_standin_observer_cb observer, void* user_data)

@@ -152,8 +152,10 @@ void Tessel::changeLocale(std::string locale)
 
 void Tessel::setCommandList(std::string commandList)
 {
-    // A command list can be large: it is copied once, into the observation.
-    observe(what("setCommandList", "document", commandList));
+    // A command list can be large: it is copied into an observation only
+    // when someone observes.
+    if (observing())
+        observe(what("setCommandList", "document", commandList));
     if (std::shared_ptr<Engine> engine = currentEngine())
         engine->setCommandDocument(std::move(commandList));
 }

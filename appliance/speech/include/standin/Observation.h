@@ -15,6 +15,10 @@ namespace standin {
 // any other) and hands the object, as one line of JSON, to the observer.
 void observe(Json::Value observation);
 
+// Whether an observer is installed: an observation that is costly to build
+// is built only then.
+bool observing();
+
 // True when called on the speech library's own thread.
 bool onLibraryThread();
 void setLibraryThread(std::thread::id id);
