@@ -8,13 +8,16 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <atomic>
 #include <cstdarg>
+#include <chrono>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <regex>
 #include <sstream>
 #include <string>
+#include <thread>
 #include <vector>
 
 extern "C" int dlogErrorPriorityInC(void);
@@ -190,6 +193,49 @@ TEST_F(Dlog, SeveralProcessesNeverInterleaveTheirLines)
         ASSERT_TRUE(std::regex_match(line, format)) << line;
 }
 
+TEST_F(Dlog, SeveralThreadsEachWriteWholeLines)
+{
+    marltest::TestDevice dev;
+    const int threads = 4;
+    const int perThread = 300;
+    const std::string payload(200, 'y');
+    std::vector<std::thread> writers;
+    std::atomic<int> refused{0};
+    for (int t = 0; t < threads; ++t)
+        writers.emplace_back([&, t] {
+            for (int i = 0; i < perThread; ++i)
+                if (dlog_print(DLOG_INFO, "Thread", "%d %d %s", t, i, payload.c_str()) <= 0)
+                    ++refused;
+        });
+    for (auto& writer : writers)
+        writer.join();
+    EXPECT_EQ(0, refused.load());
+    const std::vector<std::string> lines = logLines(dev);
+    ASSERT_EQ(static_cast<size_t>(threads * perThread), lines.size());
+    const std::regex format(R"(.{23} I/Thread\( *\d+\): (\d) (\d+) y{200})");
+    std::vector<int> next(threads, 0);
+    for (const auto& line : lines) {
+        std::smatch match;
+        ASSERT_TRUE(std::regex_match(line, match, format)) << line;
+        // Each thread's lines are in the order it wrote them.
+        const int t = std::stoi(match[1].str());
+        EXPECT_EQ(next[t]++, std::stoi(match[2].str()));
+    }
+}
+
+TEST_F(Dlog, LinesMillisecondsApartHaveTheirOwnStamps)
+{
+    marltest::TestDevice dev;
+    for (int i = 0; i < 3; ++i) {
+        dlog_print(DLOG_INFO, "T", "line %d", i);
+        std::this_thread::sleep_for(std::chrono::milliseconds(3));
+    }
+    const std::vector<std::string> lines = logLines(dev);
+    ASSERT_EQ(3u, lines.size());
+    EXPECT_LT(lines[0].substr(0, 23), lines[1].substr(0, 23));
+    EXPECT_LT(lines[1].substr(0, 23), lines[2].substr(0, 23));
+}
+
 TEST_F(Dlog, StderrIsQuietByDefault)
 {
     marltest::TestDevice dev;
@@ -340,6 +386,37 @@ TEST_F(Dlog, ARemovedLogIsMadeAgain)
     lines = logLines(dev);
     ASSERT_EQ(1u, lines.size());
     EXPECT_NE(std::string::npos, lines[0].find("): after the folder went"));
+}
+
+TEST_F(Dlog, ALogReplacedOrMovedAwayIsMadeAgainAtTheNextLine)
+{
+    marltest::TestDevice dev;
+    dlog_print(DLOG_INFO, "T", "first");
+    dlog_print(DLOG_INFO, "T", "second");
+    std::ofstream(dev.path("log/other.log")) << "kept\n";
+    ASSERT_EQ(0, ::rename(dev.path("log/other.log").c_str(), dev.path("log/dlog.log").c_str()));
+    dlog_print(DLOG_INFO, "T", "after a rename onto it");
+    std::vector<std::string> lines = logLines(dev);
+    ASSERT_EQ(2u, lines.size());
+    EXPECT_EQ("kept", lines[0]);
+    EXPECT_NE(std::string::npos, lines[1].find("): after a rename onto it"));
+    ASSERT_EQ(0, ::rename(dev.path("log/dlog.log").c_str(), dev.path("log/moved.log").c_str()));
+    dlog_print(DLOG_INFO, "T", "after the file was moved");
+    lines = logLines(dev);
+    ASSERT_EQ(1u, lines.size());
+    EXPECT_NE(std::string::npos, lines[0].find("): after the file was moved"));
+    ASSERT_EQ(0, ::rename(dev.path("log").c_str(), dev.path("old-log").c_str()));
+    dlog_print(DLOG_INFO, "T", "after the folder was moved");
+    lines = logLines(dev);
+    ASSERT_EQ(1u, lines.size());
+    EXPECT_NE(std::string::npos, lines[0].find("): after the folder was moved"));
+    // The new folder is watched as the old one was.
+    dlog_print(DLOG_INFO, "T", "settled");
+    ASSERT_EQ(0, ::unlink(dev.path("log/dlog.log").c_str()));
+    dlog_print(DLOG_INFO, "T", "after the file went");
+    lines = logLines(dev);
+    ASSERT_EQ(1u, lines.size());
+    EXPECT_NE(std::string::npos, lines[0].find("): after the file went"));
 }
 
 TEST_F(Dlog, EachDeviceGetsItsOwnLog)
