@@ -57,7 +57,8 @@ cmake --build "$build" -j"$(nproc)" --target fuzzers
 export LD_PRELOAD="$runtime/libclang_rt.asan-x86_64.so $root/$build/lib/libvappliance-fsmap.so"
 # Full stacks at each allocation, so that a suppression can name the plug-in's
 # function under an uninstrumented library (SQLite).
-export ASAN_OPTIONS="detect_leaks=1:halt_on_error=1:fast_unwind_on_malloc=0"
+# intercept_tls_get_addr=0: see scripts/sanitize-address.sh.
+export ASAN_OPTIONS="detect_leaks=1:halt_on_error=1:fast_unwind_on_malloc=0:intercept_tls_get_addr=0"
 export LSAN_OPTIONS="suppressions=$root/scripts/sanitizers/lsan.supp:print_suppressions=0"
 export UBSAN_OPTIONS="print_stacktrace=1:halt_on_error=1"
 export MARL_FUZZ_TMP=$root/$build/fuzz-tmp
