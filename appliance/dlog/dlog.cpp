@@ -238,11 +238,11 @@ void closeLog(LogState& log)
 // directory.
 int logFile(LogState& log)
 {
+    const std::string path = vapp::devicePath("log/dlog.log");
     struct stat opened;
     struct stat named;
-    if (log.fd >= 0 && ::fstat(log.fd, &opened) == 0 &&
-        ::stat(vapp::devicePath("log/dlog.log").c_str(), &named) == 0 && opened.st_dev == named.st_dev &&
-        opened.st_ino == named.st_ino)
+    if (log.fd >= 0 && ::fstat(log.fd, &opened) == 0 && ::stat(path.c_str(), &named) == 0 &&
+        opened.st_dev == named.st_dev && opened.st_ino == named.st_ino)
         return log.fd;
     closeLog(log);
     if (!vapp::deviceExists() || !vapp::makeDirs(vapp::devicePath("log")))
@@ -250,7 +250,7 @@ int logFile(LogState& log)
     // O_APPEND: each line is one write at the end, so the lines of several
     // processes never interleave, and a line written is in the file even if
     // this process dies right after.
-    const int fd = ::open(vapp::devicePath("log/dlog.log").c_str(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC, 0644);
+    const int fd = ::open(path.c_str(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC, 0644);
     if (fd < 0)
         return -1;
     log.fd = fd;

@@ -217,6 +217,18 @@ TEST_F(ListeningTest, UnknownWordIsReportedOnceAndTheRestOfTheCommandStillWorks)
     EXPECT_EQ(asr[0].args["confidence"], 1);
 }
 
+TEST_F(ListeningTest, ACommandListReachesTheRecognizerWithNoObserver)
+{
+    speech_standin_set_observer(nullptr, nullptr);
+    Tessel::getInstance()->setCommandList(R"({"docs":[{"_id":"3","meta_data":{"format":0,"command":"open the fridgecam"}}]})");
+    ::testing::internal::CaptureStderr();
+    turn(spoken("open the"));
+    ::testing::internal::GetCapturedStderr();
+    const auto asr = callsNamed("onASRResult");
+    ASSERT_GE(asr.size(), 1u);
+    EXPECT_EQ(asr[0].args["text"], "open the fridgecam") << "heard as the command of the list set unobserved";
+}
+
 TEST_F(ListeningTest, DocumentThatIsNotJsonLeavesTheRequestsToListenFor)
 {
     Tessel::getInstance()->setCommandList("not a document");
