@@ -7,7 +7,7 @@
 set -euo pipefail
 
 packages=(
-  build-essential cmake pkg-config
+  build-essential cmake pkg-config ccache
   libjson-glib-dev libjsoncpp-dev libsqlite3-dev sqlite3 libssl-dev libefl-all-dev libsndfile1-dev
   libgtest-dev libgmock-dev libbenchmark-dev
   libpocketsphinx-dev libsphinxbase-dev pocketsphinx-en-us libespeak-ng-dev espeak-ng-data libsamplerate0-dev

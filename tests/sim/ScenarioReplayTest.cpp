@@ -13,6 +13,7 @@
 // MARL_UPDATE_EXPECTED=1: the test writes NAME.expected and is skipped; read
 // the file (git diff) before keeping it.
 #include "SimRun.h"
+#include "SkipOutsideCi.h"
 
 #include <gtest/gtest.h>
 
@@ -51,8 +52,8 @@ TEST_P(ScenarioReplay, TranscriptIsTheExpectedOne)
                                            "--device", scratch.path("device").string()});
     if (const char* update = std::getenv("MARL_UPDATE_EXPECTED"); update && *update == '1') {
         writeText(expected, run.out);
-        GTEST_SKIP() << "wrote " << expected << " (exit " << run.exitCode
-                     << "); read it before keeping it";
+        MARL_SKIP_OUTSIDE_CI("wrote " << expected << " (exit " << run.exitCode
+                                      << "); read it before keeping it");
     }
     ASSERT_TRUE(fs::exists(expected)) << expected << " is missing; see sim/README.md";
     EXPECT_EQ(run.exitCode, 0) << run.err;
@@ -101,7 +102,7 @@ TEST_P(PlatformReplay, PluginAnswersAsUnderTheGentleDaemon)
     if (const char* update = std::getenv("MARL_UPDATE_EXPECTED");
         update && *update == '1' && fs::exists(platformExpected)) {
         writeText(platformExpected, run.out);
-        GTEST_SKIP() << "wrote " << platformExpected << " (exit " << run.exitCode << ")";
+        MARL_SKIP_OUTSIDE_CI("wrote " << platformExpected << " (exit " << run.exitCode << ")");
     }
     EXPECT_EQ(run.exitCode, 0) << run.err;
     if (fs::exists(platformExpected)) {
