@@ -3,7 +3,7 @@
 // platform's package installs, and where its public packaging sets them (the
 // repositories are tizenorg's on GitHub; MAJORVER and FULLVER are the first
 // number and the whole of the recipe's Version). The closed libraries keep
-// their unversioned names.
+// their unversioned names. scripts/package.sh reads the sonames of this file.
 #pragma once
 
 namespace packaging {
