@@ -136,11 +136,9 @@ TEST_F(EngineDescription, LanguagesAreThoseThatThePluginWalksInItsOrder)
     {
         packaging::OpenedPlugin plugin(root + packaging::kPlugin);
         ASSERT_TRUE(plugin.opened()) << plugin.error();
-        const auto load = plugin.symbol<int (*)(vcpd_funcs_s*, vcpe_funcs_s*)>("vcp_load_engine");
-        ASSERT_NE(load, nullptr);
         vcpd_funcs_s daemon{};
         vcpe_funcs_s engine{};
-        ASSERT_EQ(load(&daemon, &engine), 0);
+        ASSERT_EQ(plugin.load(daemon, engine), 0);
         ASSERT_EQ(engine.initialize(), 0);
         EXPECT_EQ(engine.foreach_langs(keepLanguage, &walked), 0);
         for (const std::string& language : description.languages)

@@ -78,11 +78,9 @@ TEST(InstalledFiles, ThePluginsFirstLoadCopiesTheInstalledDataFolder)
 
     packaging::OpenedPlugin plugin(root + packaging::kPlugin);
     ASSERT_TRUE(plugin.opened()) << plugin.error();
-    const auto load = plugin.symbol<int (*)(vcpd_funcs_s*, vcpe_funcs_s*)>("vcp_load_engine");
-    ASSERT_NE(load, nullptr);
     vcpd_funcs_s daemon{};
     vcpe_funcs_s engine{};
-    ASSERT_EQ(load(&daemon, &engine), 0);
+    ASSERT_EQ(plugin.load(daemon, engine), 0);
 
     std::ifstream copied(root + "/home/owner/share/.voice/vc/engine/shared/data/en_US/model.bin");
     ASSERT_TRUE(copied.good()) << "the load did not copy the installed data folder";

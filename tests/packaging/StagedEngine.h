@@ -3,6 +3,8 @@
 // daemon opens it.
 #pragma once
 
+#include <voice_control_plugin_engine.h>
+
 #include <dlfcn.h>
 #include <stdlib.h>
 
@@ -92,6 +94,12 @@ public:
 
     bool opened() const { return mHandle != nullptr; }
     const std::string& error() const { return mError; }
+    // vcp_load_engine's result; -1 without the plug-in or its entry point.
+    int load(vcpd_funcs_s& daemon, vcpe_funcs_s& engine) const
+    {
+        const auto entry = symbol<int (*)(vcpd_funcs_s*, vcpe_funcs_s*)>("vcp_load_engine");
+        return entry ? entry(&daemon, &engine) : -1;
+    }
     template <typename Function>
     Function symbol(const char* name) const
     {
