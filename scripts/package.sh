@@ -13,6 +13,11 @@
 # requirements name the platform's sonames, lists them, and prints the RPM's
 # path on its last line.
 set -euo pipefail
+engine_data=
+if [ -n "${MARL_ENGINE_DATA:-}" ]; then
+  engine_data=$(realpath -e "$MARL_ENGINE_DATA" 2>/dev/null) ||
+    { echo "package: MARL_ENGINE_DATA names no file: $MARL_ENGINE_DATA" >&2; exit 2; }
+fi
 cd "$(dirname "$0")/.."
 target=host
 case "${1:-}" in
@@ -47,8 +52,8 @@ git ls-files -z --cached | while IFS= read -r -d '' file; do
   [ -e "$file" ] && printf '%s\0' "$file"
 done | archive "$top/SOURCES/$name-$version.tar.gz" "$name-$version/" .
 data=$top/SOURCES/$name-data-en_US.tar.gz
-if [ -n "${MARL_ENGINE_DATA:-}" ]; then
-  cp "$MARL_ENGINE_DATA" "$data"
+if [ -n "$engine_data" ]; then
+  cp "$engine_data" "$data"
 else
   echo "package: MARL_ENGINE_DATA is not set: the engine's data folder (the speech library's" \
     "American English resources) is packaged EMPTY (Source1 of $recipe)" >&2
