@@ -95,6 +95,8 @@ echo "package: rpmbuild done after $SECONDS s" >&2
 
 rpm_file=$(find "$top/RPMS" -name "$name-$version-*.rpm" | head -n1)
 [ -n "$rpm_file" ] || { echo "package: no RPM was made" >&2; exit 1; }
+# Here-strings, not pipes, feed grep -q: with pipefail, a grep that stops at
+# its first match could fail the writer of its pipe.
 failed=0
 fail() { echo "package: $*" >&2; failed=1; }
 
@@ -116,7 +118,7 @@ listed=$(printf '%s\n' "$files" | grep -v "^$vc/engine-data/marl/shared/res/en_U
 [ "$listed" = "$(printf '%s\n' "$expected" | sort)" ] ||
   fail "the file list is not the plug-in, its description, its data folder and its license:
 $(diff <(printf '%s\n' "$expected" | sort) <(printf '%s\n' "$listed") || true)"
-printf '%s\n' "$files" | grep -q "^$vc/engine-data/marl/shared/res/en_US/" ||
+grep -q "^$vc/engine-data/marl/shared/res/en_US/" <<< "$files" ||
   echo "package: the engine's data folder in the package is EMPTY (set MARL_ENGINE_DATA)" >&2
 
 # The ELF files are built for the target, and need the platform's sonames.
@@ -133,12 +135,12 @@ requires=$(rpm -qp --requires "$rpm_file")
 mark="()(64bit)"
 [ "$target" = armhf ] && mark=
 for soname in $(sed -n 's/^ *{"\(lib[^"]*\)".*/\1/p' tests/packaging/PlatformLibraries.h); do
-  printf '%s\n' "$requires" | grep -qxF "$soname$mark" || fail "no requirement names $soname$mark"
+  grep -qxF "$soname$mark" <<< "$requires" || fail "no requirement names $soname$mark"
 done
 if [ "$target" = armhf ]; then
-  printf '%s\n' "$requires" | grep -F '(64bit)' | grep -q . && fail "a requirement names a 64-bit library"
+  if grep -qF '(64bit)' <<< "$requires"; then fail "a requirement names a 64-bit library"; fi
 fi
-printf '%s\n' "$requires" | grep -e '^/' -e "$PWD" | grep -q . && fail "a requirement names a path of this machine"
+if grep -q -e '^/' -e "$PWD" <<< "$requires"; then fail "a requirement names a path of this machine"; fi
 
 echo "package: files of $(basename "$rpm_file"):"
 printf '%s\n' "$files" | sed 's/^/  /'
