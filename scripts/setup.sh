@@ -10,6 +10,8 @@ packages=(
   build-essential cmake pkg-config ccache
   libjson-glib-dev libjsoncpp-dev libsqlite3-dev sqlite3 libssl-dev libefl-all-dev libsndfile1-dev
   libgtest-dev libgmock-dev libbenchmark-dev
+  libxml2-dev  # reads the engine description as the platform does, in its test
+  rpm cpio file  # scripts/package.sh builds the plug-in's RPM with rpmbuild and looks into it
   libpocketsphinx-dev libsphinxbase-dev pocketsphinx-en-us libespeak-ng-dev espeak-ng-data libsamplerate0-dev
   chromium  # renders the session page in its test, headless
 )

@@ -9,7 +9,7 @@
 # scenario replay (each checks that marl-sim saw tables of 20 and 96 bytes).
 # Nothing is left out: each test program runs as one ctest test, which keeps
 # the emulated run within CI's budget. Each phase's time is printed.
-#   bash scripts/test-appliance-target.sh
+#   bash scripts/test-appliance-target.sh [--prepare]   (--prepare: the tools, toolchain and sysroot only)
 set -euo pipefail
 cd "$(dirname "$0")/.."
 build=$(realpath -m "${MARL_ARMHF_BUILD_DIR:-build-armhf}")
@@ -55,6 +55,8 @@ mend=usr/lib/arm-linux-gnueabihf/libmarl-readdir32.so
 "${sudo[@]}" install -m 644 "$build/libmarl-readdir32.so" "$sysroot/$mend"
 echo "/$mend" | "${sudo[@]}" tee "$sysroot/etc/ld.so.preload" >/dev/null
 phase sysroot
+# scripts/package.sh --target armhf needs the tools, the toolchain and the sysroot only.
+[ "${1:-}" = --prepare ] && exit 0
 
 werror=OFF
 [ "${CI:-}" = "true" ] && werror=ON
