@@ -279,6 +279,7 @@ bool Session::settle()
 
 void Session::finishTurn(const Turn& turn)
 {
+    handOverResults(turn);
     scanFiles();
     if (turn.listen)
         noteSpokenAnswers();

@@ -4,7 +4,7 @@
 //   marl-sim run SCENARIO.json [--device DIR] [--plugin PATH] [--json FILE]
 //                              [--trace FILE] [--html FILE]
 //                              [--fast] [--normalized] [--timeout SECONDS]
-//                              [--daemon gentle|platform] [--memory]
+//                              [--daemon gentle|platform] [--memory] [--clock TIME]
 //   marl-sim say TEXT... [--voice NAME] [--rate WPM] [--scenario FILE] [run's options]
 //   marl-sim listen FILE.wav... [--scenario FILE] [run's options]
 //   marl-sim info [--plugin PATH]
@@ -15,6 +15,8 @@
 #include "Transcript.h"
 #include "TranscriptSinks.h"
 
+#include "apps/Apps.h"
+#include "apps/DeviceClock.h"
 #include "vappliance/Device.h"
 
 #include <Ecore.h>
@@ -43,7 +45,7 @@ int usage(const std::string& problem = "")
                  "usage: marl-sim run SCENARIO.json [--device DIR] [--plugin PATH] [--json FILE]\n"
                  "                                  [--trace FILE] [--html FILE]\n"
                  "                                  [--fast] [--normalized] [--timeout SECONDS]\n"
-                 "                                  [--daemon gentle|platform] [--memory]\n"
+                 "                                  [--daemon gentle|platform] [--memory] [--clock TIME]\n"
                  "       marl-sim say TEXT... [--voice NAME] [--rate WORDS_A_MINUTE] [--scenario FILE]\n"
                  "                            [run's options]\n"
                  "       marl-sim listen FILE.wav... [--scenario FILE] [run's options]\n"
@@ -94,7 +96,7 @@ std::string isoNow()
 }
 
 struct Args {
-    std::string command, scenario, device, plugin, json, trace, html;
+    std::string command, scenario, device, plugin, json, trace, html, clock;
     bool fast = false, normalized = false, memory = false;
     std::string daemon;  // empty: the scenario's, else gentle
     double timeout = 15.0;
@@ -179,6 +181,9 @@ bool parseArgs(int argc, char** argv, Args& args, std::string& problem)
                 problem = "--daemon takes gentle or platform, not \"" + args.daemon + "\"";
                 return false;
             }
+        } else if (session && a == "--clock") {
+            if (!value(args.clock))
+                return false;
         } else if (session && a == "--memory") {
             args.memory = true;
         } else if (session && a == "--fast") {
@@ -242,6 +247,7 @@ bool spokenScenario(const Args& args, sim::Scenario& scenario, std::string& erro
     if (args.scenario.empty()) {
         if (!sim::parseScenario(sim::defaultSpokenScenario(), "kitchen.json", scenario, error))
             return false;
+        scenario.device = apps::kitchenDevice();
     } else if (!sim::loadScenario(args.scenario, scenario, error)) {
         return false;
     }
@@ -267,6 +273,23 @@ int run(const Args& args)
                                               : spokenScenario(args, scenario, error);
     if (!loaded)
         return fail(error);
+    for (size_t i = 0; i < scenario.commands.size(); ++i) {
+        const std::string& app = scenario.commands[i].app;
+        if (!app.empty() && !apps::Apps::known(app)) {
+            std::string ids;
+            for (const std::string& id : apps::Apps::ids())
+                ids += (ids.empty() ? "" : ", ") + id;
+            return fail(scenario.path + ": engine.commands[" + std::to_string(i) + "].app: no app \"" + app +
+                        "\" on the virtual appliance (its apps: " + ids + ")");
+        }
+    }
+    // A pinned clock: the plug-in and the apps see the same times in every run.
+    if (const std::string clock = args.clock.empty() ? scenario.clock : args.clock; !clock.empty()) {
+        int64_t seconds = 0;
+        if (!apps::parseClockTime(clock, seconds, error))
+            return fail((args.clock.empty() ? scenario.path + ": clock: " : std::string("--clock: ")) + error);
+        apps::pinClock(seconds * 1000000000);
+    }
 
     // The device: --device, else MARL_DEVICE_DIR, else a fresh one for this run.
     std::string device = args.device;
