@@ -3,7 +3,7 @@
 // scenario's "app" of a command), as the platform's daemon sends a result
 // to the clients whose commands it holds. The apps act on the device; what
 // they did is noted. The device's clock, when pinned, moves on between
-// turns by each turn's audio.
+// turns by each turn's audio. marl-sim talk adds its turns here as they come.
 #include "SessionImpl.h"
 
 #include "PluginClock.h"
@@ -126,6 +126,35 @@ Eina_Bool Session::onTickApps(void* data)
     auto* self = static_cast<Session*>(data);
     self->tellApps(self->mApps->tick());
     return ECORE_CALLBACK_RENEW;
+}
+
+const Turn& Session::turnAt(size_t index) const
+{
+    return index < mScenario.turns.size() ? mScenario.turns[index] : mTalkTurns[index - mScenario.turns.size()];
+}
+
+void Session::addNextTurnStep()
+{
+    mSteps.push_back({"next turn",
+                      [this] {
+                          if (!mTalkTurns.empty() && mOptions.turnDone)
+                              mOptions.turnDone(mTranscript.entriesFrom(mTurnFirstEntry));
+                          Turn turn;
+                          if (!mOptions.nextTurn(turn))
+                              return true;
+                          // Time went by while the person spoke: the timers that are due ring first.
+                          if (mApps)
+                              tellApps(mApps->tick());
+                          mTalkTurns.push_back(std::move(turn));
+                          // Its steps, and the next of these, go right after this one.
+                          const size_t before = mSteps.size();
+                          addTurnSteps(mScenario.turns.size() + mTalkTurns.size() - 1);
+                          addNextTurnStep();
+                          std::rotate(mSteps.begin() + 1, mSteps.begin() + static_cast<std::ptrdiff_t>(before),
+                                      mSteps.end());
+                          return true;
+                      },
+                      0});
 }
 
 }  // namespace session

@@ -5,7 +5,7 @@
 //   DaemonCallbacks.cpp  what the daemon does when the plug-in calls it
 //   TurnSteps.cpp        one turn: start, audio, stop, settling, its latency
 //   ApplianceWatch.cpp   the device's files and the appliance's journal
-//   AppHandOver.cpp      results handed to the appliance's apps, the device's clock
+//   AppHandOver.cpp      results handed to the appliance's apps, the device's clock, talk's turns
 #pragma once
 
 #include "Session.h"
@@ -105,6 +105,8 @@ private:
     // The appliance's apps and clock (AppHandOver.cpp).
     bool prepareAppliance(std::string& error);
     void handOverResults(const Turn& turn);
+    void addNextTurnStep();
+    const Turn& turnAt(size_t index) const;
     static Eina_Bool onWatchLaunches(void* data);
     static Eina_Bool onTickApps(void* data);
     void tellApps(std::vector<apps::Report> reports);
@@ -175,6 +177,7 @@ private:
     Ecore_Timer* mLaunchWatch = nullptr;
     Ecore_Timer* mAppsTick = nullptr;
     std::streamoff mLaunchOffset = 0;
+    std::deque<Turn> mTalkTurns;  // the turns that talk reads as the session goes
 };
 
 extern Session* gSession;

@@ -7,10 +7,12 @@
 //                              [--daemon gentle|platform] [--memory] [--clock TIME]
 //   marl-sim say TEXT... [--voice NAME] [--rate WPM] [--scenario FILE] [run's options]
 //   marl-sim listen FILE.wav... [--scenario FILE] [run's options]
+//   marl-sim talk [--voice NAME] [--rate WPM] [--scenario FILE] [run's options]
 //   marl-sim info [--plugin PATH]
 #include "HtmlPage.h"
 #include "Scenario.h"
 #include "Session.h"
+#include "Talk.h"
 #include "TraceWriter.h"
 #include "Transcript.h"
 #include "TranscriptSinks.h"
@@ -49,6 +51,7 @@ int usage(const std::string& problem = "")
                  "       marl-sim say TEXT... [--voice NAME] [--rate WORDS_A_MINUTE] [--scenario FILE]\n"
                  "                            [run's options]\n"
                  "       marl-sim listen FILE.wav... [--scenario FILE] [run's options]\n"
+                 "       marl-sim talk [--voice NAME] [--rate WORDS_A_MINUTE] [--scenario FILE] [run's options]\n"
                  "       marl-sim info [--plugin PATH]\n");
     return sim::kExitUsage;
 }
@@ -114,12 +117,14 @@ bool parseArgs(int argc, char** argv, Args& args, std::string& problem)
         return false;
     }
     args.command = list[0];
-    if (args.command != "run" && args.command != "info" && args.command != "say" && args.command != "listen") {
+    if (args.command != "run" && args.command != "info" && args.command != "say" && args.command != "listen" &&
+        args.command != "talk") {
         problem = "unknown command \"" + args.command + "\"";
         return false;
     }
     const bool session = args.command != "info";
-    const bool spoken = args.command == "say" || args.command == "listen";
+    const bool spoken = args.command == "say" || args.command == "listen" || args.command == "talk";
+    const bool speaks = args.command == "say" || args.command == "talk";
     for (size_t i = 1; i < list.size(); ++i) {
         const std::string& a = list[i];
         auto value = [&](std::string& out) {
@@ -148,10 +153,10 @@ bool parseArgs(int argc, char** argv, Args& args, std::string& problem)
         } else if (spoken && a == "--scenario") {
             if (!value(args.scenario))
                 return false;
-        } else if (args.command == "say" && a == "--voice") {
+        } else if (speaks && a == "--voice") {
             if (!value(args.voice))
                 return false;
-        } else if (args.command == "say" && a == "--rate") {
+        } else if (speaks && a == "--rate") {
             std::string text;
             if (!value(text))
                 return false;
@@ -192,7 +197,7 @@ bool parseArgs(int argc, char** argv, Args& args, std::string& problem)
             args.normalized = true;
         } else if (args.command == "run" && args.scenario.empty() && !a.empty() && a[0] != '-') {
             args.scenario = a;
-        } else if (spoken && !a.empty() && a[0] != '-') {
+        } else if (spoken && args.command != "talk" && !a.empty() && a[0] != '-') {
             args.spoken.push_back(a);
         } else {
             problem = "unexpected argument \"" + a + "\"";
@@ -203,7 +208,11 @@ bool parseArgs(int argc, char** argv, Args& args, std::string& problem)
         problem = "run needs a scenario file";
         return false;
     }
-    if (spoken && args.spoken.empty()) {
+    if (args.command == "talk" && args.normalized) {
+        problem = "talk tells what came of each turn; --normalized is for run, say and listen";
+        return false;
+    }
+    if (spoken && args.command != "talk" && args.spoken.empty()) {
         problem = args.command == "say" ? "say needs the words to say" : "listen needs a WAV file";
         return false;
     }
@@ -240,8 +249,9 @@ int info(const Args& args)
     return sim::kExitOk;
 }
 
-// The session of say and listen: the device and commands of --scenario (its
-// turns are not played), else the built-in kitchen; one turn per text or file.
+// The session of say, listen and talk: the device and commands of --scenario
+// (its turns are not played), else the built-in kitchen; one turn per text or
+// file (talk reads its turns as it goes).
 bool spokenScenario(const Args& args, sim::Scenario& scenario, std::string& error)
 {
     if (args.scenario.empty()) {
@@ -321,6 +331,13 @@ int run(const Args& args)
     if (!args.daemon.empty())
         sim::parseDaemonProfile(args.daemon, options.daemon);
     options.memory = args.memory;
+    if (args.command == "talk") {
+        options.nextTurn = [&args](sim::Turn& turn) { return sim::readTalkTurn(args.voice, args.rate, turn); };
+        options.turnDone = [](const std::vector<Json::Value>& entries) {
+            std::printf("%s\n", sim::talkSummary(entries).c_str());
+            std::fflush(stdout);
+        };
+    }
 
     // The transcript goes out as the session runs: a long session does not
     // grow in memory.
@@ -362,7 +379,11 @@ int run(const Args& args)
     render.substitutions = {
         {device, "$DEVICE"}, {scenario.dir, "$SCENARIO"}, {options.plugin, "$PLUGIN"}};
     sim::TextSink textSink(stdout, header, render);
-    transcript.addSink(&textSink);
+    // talk tells each turn by itself (options.turnDone).
+    if (args.command == "talk")
+        std::printf("device: %s\n\n", device.c_str());
+    else
+        transcript.addSink(&textSink);
     if (!args.json.empty())
         transcript.addSink(&jsonSink);
     if (trace)
