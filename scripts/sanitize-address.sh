@@ -74,7 +74,7 @@ fi
 # the transcript. They run with the fast unwinder, which only shortens stacks
 # under uninstrumented libraries (a leak there could fail to meet its
 # suppression, never be hidden by one).
-spoken='^Scenarios/.*/SpokenTimer '
+spoken='^Scenarios/.*/Spoken'
 exclude=${select[1]:-}
 ctest --no-tests=error --output-on-failure -j"$(nproc)" --timeout 600 -E "${exclude:+$exclude|}$spoken"
 ASAN_OPTIONS=${ASAN_OPTIONS/fast_unwind_on_malloc=0/fast_unwind_on_malloc=1} \

@@ -400,16 +400,17 @@ const char* defaultSpokenScenario()
     "language": "en_US",
     "commands": [
       {"id": 1, "format": 0, "command": "show recipes"},
-      {"id": 2, "format": 0, "command": "open the fridge camera"},
-      {"id": 3, "format": 0, "command": "show the shopping list"},
+      {"id": 2, "format": 0, "command": "open the fridge camera", "app": "LAykghKXQw.FoodMinder"},
+      {"id": 3, "format": 0, "command": "show the shopping list", "app": "UNduJ5y0UH.ShoppingList"},
       {"id": 4, "format": 0, "command": "bluetooth off"},
       {"id": 5, "format": 3, "command": "set the fridge to"},
-      {"id": 10, "type": 2, "format": 5, "command": "#org.tizen.Timer"},
-      {"id": 11, "type": 2, "format": 5, "command": "#org.tizen.Music App Control"},
-      {"id": 12, "type": 2, "format": 5, "command": "#org.tizen.Commerce"},
-      {"id": 13, "type": 2, "format": 5, "command": "#org.tizen.View Inside App Control"},
-      {"id": 14, "type": 2, "format": 5, "command": "#org.tizen.Weather"},
-      {"id": 15, "type": 2, "format": 5, "command": "#org.tizen.Launch Apps"}
+      {"id": 10, "type": 2, "format": 5, "command": "#org.tizen.Timer", "app": "org.tizen.fridge-timer"},
+      {"id": 11, "type": 2, "format": 5, "command": "#org.tizen.Music App Control", "app": "org.tizen.music-control"},
+      {"id": 12, "type": 2, "format": 5, "command": "#org.tizen.Commerce", "app": "org.tizen.e-commerce-card-service"},
+      {"id": 13, "type": 2, "format": 5, "command": "#org.tizen.View Inside App Control", "app": "LAykghKXQw.FoodMinder"},
+      {"id": 14, "type": 2, "format": 5, "command": "#org.tizen.Weather", "app": "Snr7si7XV1.AccuWeather"},
+      {"id": 15, "type": 2, "format": 5, "command": "#org.tizen.Launch Apps", "app": "org.tizen.app-launcher"},
+      {"id": 16, "type": 2, "format": 5, "command": "#org.tizen.ShoppingList", "app": "UNduJ5y0UH.ShoppingList"}
     ]
   }
 })";
@@ -469,7 +470,8 @@ bool parseScenario(const std::string& text, const std::string& path, Scenario& o
                        {"compare", Kind::Object, false},
                        {"timeout", Kind::UInt, false},
                        {"daemon", Kind::Text, false},
-                       {"recognitionMode", Kind::Text, false}}))
+                       {"recognitionMode", Kind::Text, false},
+                       {"clock", Kind::Text, false}}))
         return done(false);
     if (root.isMember("daemon")) {
         out.daemonGiven = true;
@@ -482,6 +484,7 @@ bool parseScenario(const std::string& text, const std::string& path, Scenario& o
             return done(check.fail("recognitionMode", "must be \"default\" or \"restartAfterReject\""));
         out.restartAfterReject = mode == "restartAfterReject";
     }
+    out.clock = root["clock"].asString();
     out.device = root["device"];
     out.timeout = root.get("timeout", 0).asUInt();
     if (root.isMember("timeout") && out.timeout == 0)
@@ -518,7 +521,8 @@ bool parseScenario(const std::string& text, const std::string& path, Scenario& o
                            {"format", Kind::Int, true},
                            {"command", Kind::Text, true},
                            {"param", Kind::TextOrNull, false},
-                           {"domain", Kind::Int, false}}))
+                           {"domain", Kind::Int, false},
+                           {"app", Kind::Text, false}}))
             return done(false);
         Command command;
         command.id = c["id"].asInt();
@@ -527,6 +531,7 @@ bool parseScenario(const std::string& text, const std::string& path, Scenario& o
         command.command = c["command"].asString();
         command.param = optText(c["param"]);
         command.domain = c["domain"].asInt();
+        command.app = c["app"].asString();
         out.commands.push_back(command);
     }
     if (engine.isMember("privateData") &&

@@ -25,6 +25,7 @@ struct Command {
     std::string command;
     OptText param;
     int domain = 0;
+    std::string app;  // the app that registered it, to which the daemon hands its results; empty: none
 };
 
 struct PrivateData {
@@ -68,6 +69,8 @@ struct Scenario {
     // "recognitionMode": "restartAfterReject": the platform daemon stops only
     // the engine at the end of speech and its recorder keeps going.
     bool restartAfterReject = false;
+    // "clock": when the device's clock is pinned, and at what instant; empty: the host's clock.
+    std::string clock;
 };
 
 // "gentle" or "platform"; false for anything else.

@@ -185,6 +185,8 @@ void Session::buildSteps()
     once("files after start-up", [this] { scanFiles(); });
     for (size_t i = 0; i < mScenario.turns.size(); ++i)
         addTurnSteps(i);
+    if (mOptions.nextTurn)
+        addNextTurnStep();
     once("deinitialize", [this] {
         mTranscript.flush();
         Json::Value section;

@@ -6,7 +6,9 @@
 #include "Scenario.h"
 #include "Transcript.h"
 
+#include <functional>
 #include <string>
+#include <vector>
 
 namespace sim
 {
@@ -17,6 +19,10 @@ struct Options {
     double turnTimeout = 15.0;  // seconds for a turn to settle after its stop or cancel
     DaemonProfile daemon = DaemonProfile::Gentle;
     bool memory = false;        // a "memory" entry after each turn
+    // More turns after the scenario's, one at a time, until it answers false
+    // (marl-sim talk); then, after each of them, its entries.
+    std::function<bool(Turn&)> nextTurn;
+    std::function<void(const std::vector<Json::Value>&)> turnDone;
 };
 
 // Exit codes of a run.

@@ -5,9 +5,12 @@
 //   DaemonCallbacks.cpp  what the daemon does when the plug-in calls it
 //   TurnSteps.cpp        one turn: start, audio, stop, settling, its latency
 //   ApplianceWatch.cpp   the device's files and the appliance's journal
+//   AppHandOver.cpp      results handed to the appliance's apps, the device's clock, talk's turns
 #pragma once
 
 #include "Session.h"
+
+#include "apps/Apps.h"
 
 #include "standin/SpeechStandIn.h"
 #include "voice_control_plugin_engine.h"
@@ -21,6 +24,7 @@
 #include <functional>
 #include <initializer_list>
 #include <map>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -60,6 +64,7 @@ public:
         : mScenario(scenario), mOptions(options), mTranscript(transcript)
     {
     }
+    ~Session();
 
     int run(std::string& error);
 
@@ -97,6 +102,14 @@ private:
     bool settle();
     void finishTurn(const Turn& turn);
     void recordMemory();
+    // The appliance's apps and clock (AppHandOver.cpp).
+    bool prepareAppliance(std::string& error);
+    void handOverResults(const Turn& turn);
+    void addNextTurnStep();
+    const Turn& turnAt(size_t index) const;
+    static Eina_Bool onWatchLaunches(void* data);
+    static Eina_Bool onTickApps(void* data);
+    void tellApps(std::vector<apps::Report> reports);
     void activity() { mLastActivity = mTranscript.elapsedMs(); }
     size_t record(Json::Value entry)
     {
@@ -159,6 +172,12 @@ private:
     int mNextCommandHandle = 1001;  // the platform daemon's handles, one per start
     std::map<std::string, FileState> mFiles;
     std::streamoff mJournalOffset = 0;
+
+    std::unique_ptr<apps::Apps> mApps;  // null when no command was registered by one of them
+    Ecore_Timer* mLaunchWatch = nullptr;
+    Ecore_Timer* mAppsTick = nullptr;
+    std::streamoff mLaunchOffset = 0;
+    std::deque<Turn> mTalkTurns;  // the turns that talk reads as the session goes
 };
 
 extern Session* gSession;

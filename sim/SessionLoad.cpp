@@ -27,6 +27,8 @@ bool Session::load(std::string& error)
         error = std::string("cannot load the plug-in: ") + dlerror();
         return false;
     }
+    if (!prepareAppliance(error))
+        return false;
     using LoadFn = int (*)(vcpd_funcs_s*, vcpe_funcs_s*);
     auto loadEngine = reinterpret_cast<LoadFn>(dlsym(mHandle, "vcp_load_engine"));
     mUnload = reinterpret_cast<void (*)()>(dlsym(mHandle, "vcp_unload_engine"));

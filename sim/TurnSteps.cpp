@@ -45,7 +45,7 @@ const size_t kChunksAfterEnd = 1;
 
 void Session::addTurnSteps(size_t index)
 {
-    const Turn& turn = mScenario.turns[index];
+    const Turn& turn = turnAt(index);
     mSteps.push_back({"turn",
                       [this, index, &turn] {
                           // What earlier turns recorded is finished: hand it on.
@@ -279,6 +279,7 @@ bool Session::settle()
 
 void Session::finishTurn(const Turn& turn)
 {
+    handOverResults(turn);
     scanFiles();
     if (turn.listen)
         noteSpokenAnswers();

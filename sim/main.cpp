@@ -4,17 +4,21 @@
 //   marl-sim run SCENARIO.json [--device DIR] [--plugin PATH] [--json FILE]
 //                              [--trace FILE] [--html FILE]
 //                              [--fast] [--normalized] [--timeout SECONDS]
-//                              [--daemon gentle|platform] [--memory]
+//                              [--daemon gentle|platform] [--memory] [--clock TIME]
 //   marl-sim say TEXT... [--voice NAME] [--rate WPM] [--scenario FILE] [run's options]
 //   marl-sim listen FILE.wav... [--scenario FILE] [run's options]
+//   marl-sim talk [--voice NAME] [--rate WPM] [--scenario FILE] [run's options]
 //   marl-sim info [--plugin PATH]
 #include "HtmlPage.h"
 #include "Scenario.h"
 #include "Session.h"
+#include "Talk.h"
 #include "TraceWriter.h"
 #include "Transcript.h"
 #include "TranscriptSinks.h"
 
+#include "apps/Apps.h"
+#include "apps/DeviceClock.h"
 #include "vappliance/Device.h"
 
 #include <Ecore.h>
@@ -43,10 +47,11 @@ int usage(const std::string& problem = "")
                  "usage: marl-sim run SCENARIO.json [--device DIR] [--plugin PATH] [--json FILE]\n"
                  "                                  [--trace FILE] [--html FILE]\n"
                  "                                  [--fast] [--normalized] [--timeout SECONDS]\n"
-                 "                                  [--daemon gentle|platform] [--memory]\n"
+                 "                                  [--daemon gentle|platform] [--memory] [--clock TIME]\n"
                  "       marl-sim say TEXT... [--voice NAME] [--rate WORDS_A_MINUTE] [--scenario FILE]\n"
                  "                            [run's options]\n"
                  "       marl-sim listen FILE.wav... [--scenario FILE] [run's options]\n"
+                 "       marl-sim talk [--voice NAME] [--rate WORDS_A_MINUTE] [--scenario FILE] [run's options]\n"
                  "       marl-sim info [--plugin PATH]\n");
     return sim::kExitUsage;
 }
@@ -94,7 +99,7 @@ std::string isoNow()
 }
 
 struct Args {
-    std::string command, scenario, device, plugin, json, trace, html;
+    std::string command, scenario, device, plugin, json, trace, html, clock;
     bool fast = false, normalized = false, memory = false;
     std::string daemon;  // empty: the scenario's, else gentle
     double timeout = 15.0;
@@ -112,12 +117,14 @@ bool parseArgs(int argc, char** argv, Args& args, std::string& problem)
         return false;
     }
     args.command = list[0];
-    if (args.command != "run" && args.command != "info" && args.command != "say" && args.command != "listen") {
+    if (args.command != "run" && args.command != "info" && args.command != "say" && args.command != "listen" &&
+        args.command != "talk") {
         problem = "unknown command \"" + args.command + "\"";
         return false;
     }
     const bool session = args.command != "info";
-    const bool spoken = args.command == "say" || args.command == "listen";
+    const bool spoken = args.command == "say" || args.command == "listen" || args.command == "talk";
+    const bool speaks = args.command == "say" || args.command == "talk";
     for (size_t i = 1; i < list.size(); ++i) {
         const std::string& a = list[i];
         auto value = [&](std::string& out) {
@@ -146,10 +153,10 @@ bool parseArgs(int argc, char** argv, Args& args, std::string& problem)
         } else if (spoken && a == "--scenario") {
             if (!value(args.scenario))
                 return false;
-        } else if (args.command == "say" && a == "--voice") {
+        } else if (speaks && a == "--voice") {
             if (!value(args.voice))
                 return false;
-        } else if (args.command == "say" && a == "--rate") {
+        } else if (speaks && a == "--rate") {
             std::string text;
             if (!value(text))
                 return false;
@@ -179,6 +186,9 @@ bool parseArgs(int argc, char** argv, Args& args, std::string& problem)
                 problem = "--daemon takes gentle or platform, not \"" + args.daemon + "\"";
                 return false;
             }
+        } else if (session && a == "--clock") {
+            if (!value(args.clock))
+                return false;
         } else if (session && a == "--memory") {
             args.memory = true;
         } else if (session && a == "--fast") {
@@ -187,7 +197,7 @@ bool parseArgs(int argc, char** argv, Args& args, std::string& problem)
             args.normalized = true;
         } else if (args.command == "run" && args.scenario.empty() && !a.empty() && a[0] != '-') {
             args.scenario = a;
-        } else if (spoken && !a.empty() && a[0] != '-') {
+        } else if (spoken && args.command != "talk" && !a.empty() && a[0] != '-') {
             args.spoken.push_back(a);
         } else {
             problem = "unexpected argument \"" + a + "\"";
@@ -198,7 +208,11 @@ bool parseArgs(int argc, char** argv, Args& args, std::string& problem)
         problem = "run needs a scenario file";
         return false;
     }
-    if (spoken && args.spoken.empty()) {
+    if (args.command == "talk" && args.normalized) {
+        problem = "talk tells what came of each turn; --normalized is for run, say and listen";
+        return false;
+    }
+    if (spoken && args.command != "talk" && args.spoken.empty()) {
         problem = args.command == "say" ? "say needs the words to say" : "listen needs a WAV file";
         return false;
     }
@@ -235,13 +249,15 @@ int info(const Args& args)
     return sim::kExitOk;
 }
 
-// The session of say and listen: the device and commands of --scenario (its
-// turns are not played), else the built-in kitchen; one turn per text or file.
+// The session of say, listen and talk: the device and commands of --scenario
+// (its turns are not played), else the built-in kitchen; one turn per text or
+// file (talk reads its turns as it goes).
 bool spokenScenario(const Args& args, sim::Scenario& scenario, std::string& error)
 {
     if (args.scenario.empty()) {
         if (!sim::parseScenario(sim::defaultSpokenScenario(), "kitchen.json", scenario, error))
             return false;
+        scenario.device = apps::kitchenDevice();
     } else if (!sim::loadScenario(args.scenario, scenario, error)) {
         return false;
     }
@@ -267,6 +283,23 @@ int run(const Args& args)
                                               : spokenScenario(args, scenario, error);
     if (!loaded)
         return fail(error);
+    for (size_t i = 0; i < scenario.commands.size(); ++i) {
+        const std::string& app = scenario.commands[i].app;
+        if (!app.empty() && !apps::Apps::known(app)) {
+            std::string ids;
+            for (const std::string& id : apps::Apps::ids())
+                ids += (ids.empty() ? "" : ", ") + id;
+            return fail(scenario.path + ": engine.commands[" + std::to_string(i) + "].app: no app \"" + app +
+                        "\" on the virtual appliance (its apps: " + ids + ")");
+        }
+    }
+    // A pinned clock: the plug-in and the apps see the same times in every run.
+    if (const std::string clock = args.clock.empty() ? scenario.clock : args.clock; !clock.empty()) {
+        int64_t seconds = 0;
+        if (!apps::parseClockTime(clock, seconds, error))
+            return fail((args.clock.empty() ? scenario.path + ": clock: " : std::string("--clock: ")) + error);
+        apps::pinClock(seconds * 1000000000);
+    }
 
     // The device: --device, else MARL_DEVICE_DIR, else a fresh one for this run.
     std::string device = args.device;
@@ -298,6 +331,13 @@ int run(const Args& args)
     if (!args.daemon.empty())
         sim::parseDaemonProfile(args.daemon, options.daemon);
     options.memory = args.memory;
+    if (args.command == "talk") {
+        options.nextTurn = [&args](sim::Turn& turn) { return sim::readTalkTurn(args.voice, args.rate, turn); };
+        options.turnDone = [](const std::vector<Json::Value>& entries) {
+            std::printf("%s\n", sim::talkSummary(entries).c_str());
+            std::fflush(stdout);
+        };
+    }
 
     // The transcript goes out as the session runs: a long session does not
     // grow in memory.
@@ -339,7 +379,11 @@ int run(const Args& args)
     render.substitutions = {
         {device, "$DEVICE"}, {scenario.dir, "$SCENARIO"}, {options.plugin, "$PLUGIN"}};
     sim::TextSink textSink(stdout, header, render);
-    transcript.addSink(&textSink);
+    // talk tells each turn by itself (options.turnDone).
+    if (args.command == "talk")
+        std::printf("device: %s\n\n", device.c_str());
+    else
+        transcript.addSink(&textSink);
     if (!args.json.empty())
         transcript.addSink(&jsonSink);
     if (trace)

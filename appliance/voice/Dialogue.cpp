@@ -39,10 +39,12 @@ std::string agentOf(const std::string& intent)
 {
     if (intent.find("Timer") != std::string::npos || intent == "TimeLeft")
         return "Timer";
-    if (intent == "PlayMusic" || intent == "SongRating")
+    if (intent == "PlayMusic" || intent == "SongRating" || intent == "StopMusic" || intent == "LikeSong")
         return "Music App Control";
-    if (intent == "SearchItems" || intent == "CartStatus" || intent == "OpenCart")
+    if (intent == "SearchItems" || intent == "CartStatus" || intent == "OpenCart" || intent == "AddToCart")
         return "Commerce";
+    if (intent == "AddToList")
+        return "ShoppingList";
     if (intent == "ViewInside")
         return "View Inside App Control";
     if (intent == "Weather")
@@ -81,8 +83,21 @@ std::string capitalized(std::string words)
 
 std::string count(size_t n, const std::string& noun)
 {
-    return std::to_string(n) + " " + noun + (n == 1 ? "" : "s");
+    return (n == 1 ? std::string("one") : std::to_string(n)) + " " + noun + (n == 1 ? "" : "s");
 }
+
+// A timer of a "Timer Reply" (its time is what is left): "with 9 minutes
+// and 58 seconds left", "paused with ...", "ringing".
+std::string timerState(const Json::Value& timer)
+{
+    const long left = clockSeconds(text(timer, "time"));
+    if (text(timer, "isRinging") == "True" || left <= 0)
+        return "ringing";
+    return (text(timer, "isRunning") == "True" ? "with " : "paused with ") + spokenDuration(left) + " left";
+}
+
+const long kLongestTimer = 359999;  // 99:59:59
+const size_t kMostTimers = 20;
 
 }  // namespace
 
@@ -150,6 +165,12 @@ Step Dialogue::begin(const Heard& heard)
     Step next;
     if (intentName == "SetTimer" || intentName == "ListTimers") {
         next = ask("Information Timer Request", data);
+    } else if (intentName == "StopMusic") {
+        next = finish("Stop Music", "Stopping the music.", Json::Value());
+    } else if (intentName == "AddToList") {
+        Json::Value raw;
+        raw["item"] = mRequest.value["item"];
+        next = finish("Add To Shopping List", "Added " + mRequest.heard["item"] + " to your shopping list.", raw);
     } else if (intentName == "CancelTimer") {
         next = ask("Cancel Timer Request", data);
     } else if (intentName == "ExtendTimer") {
@@ -162,9 +183,9 @@ Step Dialogue::begin(const Heard& heard)
     } else if (intentName == "PlayMusic") {
         value("music_app", mRequest.value.count("musicApp") ? mRequest.value["musicApp"] : "Spotify");
         next = ask("Music App Request", data);
-    } else if (intentName == "SongRating") {
+    } else if (intentName == "SongRating" || intentName == "LikeSong") {
         next = ask("Song Rating Status Check Request", data);
-    } else if (intentName == "SearchItems") {
+    } else if (intentName == "SearchItems" || intentName == "AddToCart") {
         value("merchantName", mRequest.value.count("merchant") ? mRequest.value["merchant"] : "");
         value("itemName", mRequest.value["item"]);
         next = ask("Search Items Request", data);
@@ -210,7 +231,10 @@ Step Dialogue::finish(const std::string& actionName, const std::string& answer, 
     action["commandName"] = mRequest.intent;
     action["actionName"] = actionName;
     action["spokenText"] = answer;
-    action["rawJson"] = rawJson.isNull() ? Json::Value(Json::objectValue) : rawJson;
+    // The raw JSON says what the app that takes the result is to do.
+    Json::Value raw = rawJson.isObject() ? rawJson : Json::Value(Json::objectValue);
+    raw["action"] = actionName;
+    action["rawJson"] = raw;
     step.events.append(action);
     Json::Value nlu = event("nlu");
     Json::Value said;
@@ -237,6 +261,10 @@ Step Dialogue::reply(const std::string& driverResponse)
     if (intent == "SetTimer") {
         const long seconds = std::stol(mRequest.value["duration"]);
         const size_t timers = data["Timers"].isArray() ? data["Timers"].size() : 0;
+        if (seconds > kLongestTimer)
+            return finish("Show Timers", "A timer cannot run longer than 99 hours, 59 minutes and 59 seconds.", data);
+        if (timers >= kMostTimers)
+            return finish("Show Timers", "You already have " + count(timers, "timer") + ".", data);
         Json::Value raw;
         raw["duration"] = Json::Int64(seconds);
         std::string answer = "Timer set for " + spokenDuration(seconds) + ".";
@@ -245,10 +273,24 @@ Step Dialogue::reply(const std::string& driverResponse)
         return finish("Set Timer", answer, raw);
     }
     if (intent == "ListTimers") {
-        const size_t timers = data["Timers"].isArray() ? data["Timers"].size() : 0;
-        if (status != "Found" || timers == 0)
-            return finish("Show Timers", "You have no timers.", data);
-        return finish("Show Timers", "You have " + count(timers, "timer") + ".", data);
+        if (mAsked == 1) {
+            if (status != "Found" || !data["Timers"].isArray() || data["Timers"].empty())
+                return finish("Show Timers", "You have no timers.", data);
+            // There are timers; next, what is left on each.
+            return ask("Timer Request", Json::Value(Json::objectValue));
+        }
+        if (status == "Single Found")
+            return finish("Show Timers", "You have one timer, " + timerState(data) + ".", data);
+        if (status == "Multiple Found" && data["Timers"].isArray() && !data["Timers"].empty()) {
+            std::string each;
+            for (Json::ArrayIndex i = 0; i < data["Timers"].size(); ++i) {
+                const Json::Value& timer = data["Timers"][i];
+                each += std::string(i == 0 ? "" : i + 1 == data["Timers"].size() ? ", and " : ", ") + "timer " +
+                        text(timer, "id") + " " + timerState(timer);
+            }
+            return finish("Show Timers", "You have " + count(data["Timers"].size(), "timer") + ": " + each + ".", data);
+        }
+        return finish("Show Timers", "You have no timers.", data);
     }
     if (intent == "CancelTimer") {
         if (status == "Single Found")
@@ -258,21 +300,25 @@ Step Dialogue::reply(const std::string& driverResponse)
                           "You have " + count(data["Timers"].size(), "timer") + ". Which one should I cancel?",
                           data, "Follow-Up");
         if (status == "No Running Timers")
-            return finish("Cancel Timer", "None of your timers is running.", data);
-        return finish("Cancel Timer", "You have no timers.", data);
+            return finish("Show Timers", "None of your timers is running.", data);
+        return finish("Show Timers", "You have no timers.", data);
     }
     if (intent == "ExtendTimer") {
-        const std::string added = spokenDuration(std::stol(mRequest.value["duration"]));
-        if (status == "Single Found Valid")
-            return finish("Extend Timer", "Added " + added + " to your timer.", data);
+        const long seconds = std::stol(mRequest.value["duration"]);
+        const std::string added = spokenDuration(seconds);
+        if (status == "Single Found Valid") {
+            Json::Value raw = data;
+            raw["duration"] = Json::Int64(seconds);
+            return finish("Extend Timer", "Added " + added + " to your timer.", raw);
+        }
         if (status == "Single Found InValid")
-            return finish("Extend Timer", "A timer cannot run longer than 99 hours, 59 minutes and 59 seconds.",
+            return finish("Show Timer", "A timer cannot run longer than 99 hours, 59 minutes and 59 seconds.",
                           data);
         if (status == "Multiple Found")
             return finish("Choose Timer", "Which timer should I extend?", data, "Follow-Up");
         if (status == "Not Found")
-            return finish("Extend Timer", "I could not find that timer.", data);
-        return finish("Extend Timer", "You have no timers.", data);
+            return finish("Show Timer", "I could not find that timer.", data);
+        return finish("Show Timer", "You have no timers.", data);
     }
     if (intent == "TimeLeft") {
         if (status == "Single Found") {
@@ -297,15 +343,22 @@ Step Dialogue::reply(const std::string& driverResponse)
             return finish("Play Music", "Playing your last station on " + app + ".", data);
         return finish("Play Music", "Playing music on " + app + ".", data);
     }
-    if (intent == "SongRating") {
+    if (intent == "SongRating" || intent == "LikeSong") {
         if (status != "Enabled")
             return finish("Rate Song", "Songs can be rated only in Pandora, while it plays.", data);
+        if (intent == "LikeSong")
+            return finish("Like Song", "I'll remember that you love this song.", data);
         if (text(data, "ratingStatus") == "Liked")
             return finish("Rate Song", "Yes, you like this song.", data);
         return finish("Rate Song", "You have not rated this song.", data);
     }
-    if (intent == "SearchItems") {
+    if (intent == "SearchItems" || intent == "AddToCart") {
         const std::string item = mRequest.heard["item"];
+        Json::Value raw = data;
+        raw["item"] = mRequest.value["item"];
+        raw["merchant"] = mRequest.value.count("merchant") ? mRequest.value["merchant"] : "";
+        if (intent == "AddToCart" && (status == "Multiple Items" || status == "One Item"))
+            return finish("Add To Cart", "Added " + item + " to your cart.", raw);
         if (status == "Multiple Items")
             return finish("Show Items", "I found " + std::to_string(data["items"].size()) + " results for " + item + ".",
                           data);
@@ -326,9 +379,9 @@ Step Dialogue::reply(const std::string& driverResponse)
         if (status == "Success")
             return finish("Open Cart", "Opening your cart.", data);
         if (status == "No Items")
-            return finish("Open Cart", "Your cart is empty.", data);
+            return finish("Show Cart", "Your cart is empty.", data);
         if (status == "Cannot Access")
-            return finish("Open Cart", "The cart cannot be opened from this screen.", data);
+            return finish("Show Cart", "The cart cannot be opened from this screen.", data);
         return finish("Sign In", "Please sign in to your shopping account first.", data);
     }
     if (intent == "ViewInside") {
@@ -342,25 +395,26 @@ Step Dialogue::reply(const std::string& driverResponse)
         }
         Json::Value raw = data;
         raw["launched"] = text(mEarlier, "status") == "Already Launched";
+        raw["locationName"] = mRequest.value["compartment"];
         if (text(data, "isExistence") != "True")
-            return finish("View Inside", "This refrigerator has no " + place + ".", raw);
+            return finish("Show View Inside", "This refrigerator has no " + place + ".", raw);
         if (text(data, "viewinsidecheck") != "True")
-            return finish("View Inside", "There are too many items to show.", raw);
+            return finish("Show View Inside", "There are too many items to show.", raw);
         return finish("View Inside", "Here is the inside of your " + place + ".", raw);
     }
     if (intent == "Weather") {
         const std::string city = data.isObject() ? text(data, "currentLocationName") : "";
         if (city.empty())
-            return finish("Show Weather", "Please set your location first.", data);
+            return finish("Set Location", "Please set your location first.", data);
         return finish("Show Weather", "Here is the weather for " + city + ".", data);
     }
     // OpenApp
     const std::string app = capitalized(mRequest.heard["app"]);
     const std::string launched = text(data, "launched");
     if (launched == "True")
-        return finish("Launch App", app + " is already open.", data);
+        return finish("Show App", app + " is already open.", data);
     if (launched == "OtherCountry")
-        return finish("Launch App", app + " is not available in your country.", data);
+        return finish("Show App", app + " is not available in your country.", data);
     Json::Value raw = data;
     raw["package"] = mRequest.value["app"];
     return finish("Launch App", "Opening " + mRequest.heard["app"] + ".", raw);

@@ -91,7 +91,7 @@ TEST(Dialogue, ExtendTimeIsSentAsYearsMonthsDaysHoursMinutesSeconds)
     Dialogue tooLong;
     tooLong.begin(request("add ninety hours to the timer"));
     expectAnswer(tooLong.reply(reply("Timer", "Extend Timer Reply", R"({"status":"Single Found InValid"})")), "Timer",
-                 "Extend Timer", "A timer cannot run longer than 99 hours, 59 minutes and 59 seconds.");
+                 "Show Timer", "A timer cannot run longer than 99 hours, 59 minutes and 59 seconds.");
 }
 
 TEST(Dialogue, TimeLeftTellsRunningAndPausedTimersApart)
@@ -188,7 +188,7 @@ TEST(Dialogue, ViewInsideAsksWhetherTheAppIsInFrontThenWhetherTheCompartmentExis
     EXPECT_EQ(asked["data"]["locationName"]["value"], "Flex Zone");
     const Step third = d.reply(reply("View Inside App Control", "View Inside Item Check Reply",
                                      R"({"isExistence":"False","viewinsidecheck":"True"})"));
-    expectAnswer(third, "View Inside App Control", "View Inside", "This refrigerator has no flex zone.");
+    expectAnswer(third, "View Inside App Control", "Show View Inside", "This refrigerator has no flex zone.");
     EXPECT_EQ(third.events[0]["rawJson"]["launched"], false);
 }
 
@@ -203,7 +203,7 @@ TEST(Dialogue, WeatherUsesTheSavedCityAndAsksForOneWhenThereIsNone)
     Dialogue noCity;
     noCity.begin(request("how's the weather"));
     expectAnswer(noCity.reply(reply("Weather", "Location Reply", R"({"currentLocationName":null,"locationID":null})")),
-                 "Weather", "Show Weather", "Please set your location first.");
+                 "Weather", "Set Location", "Please set your location first.");
 }
 
 TEST(Dialogue, OpeningAnAppDependsOnWhetherItIsInFrontOrAvailable)
@@ -219,7 +219,7 @@ TEST(Dialogue, OpeningAnAppDependsOnWhetherItIsInFrontOrAvailable)
     Dialogue elsewhere;
     elsewhere.begin(request("open recipes"));
     expectAnswer(elsewhere.reply(reply("Launch Apps", "App Reply", R"({"launched":"OtherCountry"})")), "Launch Apps",
-                 "Launch App", "Recipes is not available in your country.");
+                 "Show App", "Recipes is not available in your country.");
 }
 
 TEST(Dialogue, NoAnswerFromTheApplianceIsSaid)
@@ -264,6 +264,116 @@ TEST(Dialogue, SilenceAndUnrecognizedSpeechAreErrorsWithTheirReason)
     step = other.begin(request("set the fridge to three"));
     ASSERT_EQ(types(step), (std::vector<std::string>{"error"}));
     EXPECT_EQ(step.events[0]["message"], "the request was not understood: \"set the fridge to three\"");
+}
+
+TEST(Dialogue, TheActionTellsTheAppWhatToDoWithTheValuesItNeeds)
+{
+    Dialogue set;
+    set.begin(request("set a timer for ten minutes"));
+    const Step made = set.reply(reply("Timer", "Information Timer Reply", R"({"status":"Not Found"})"));
+    EXPECT_EQ(made.events[0]["rawJson"], voice::replyData(reply("", "", R"({"action":"Set Timer","duration":600})")));
+
+    Dialogue extend;
+    extend.begin(request("add five minutes to the timer"));
+    const Step added = extend.reply(reply("Timer", "Extend Timer Reply", R"({"id":"2","status":"Single Found Valid"})"));
+    EXPECT_EQ(added.events[0]["rawJson"]["action"], "Extend Timer");
+    EXPECT_EQ(added.events[0]["rawJson"]["id"], "2");
+    EXPECT_EQ(added.events[0]["rawJson"]["duration"], 300);
+
+    // An answer that asks nothing of the app names an action that changes nothing.
+    Dialogue none;
+    none.begin(request("cancel the timer"));
+    const Step told = none.reply(reply("Timer", "Cancel Timer Reply", R"({"status":"No Timer"})"));
+    expectAnswer(told, "Timer", "Show Timers", "You have no timers.");
+    EXPECT_EQ(told.events[0]["rawJson"]["action"], "Show Timers");
+}
+
+TEST(Dialogue, ListingTimersAsksForThemThenForTheTimeLeftOnEach)
+{
+    Dialogue one;
+    one.begin(request("what timers do i have"));
+    const Step next = one.reply(reply("Timer", "Information Timer Reply",
+                                      R"({"Timers":[{"id":"1","isRunning":"True","time":"00:10:00"}],"status":"Found"})"));
+    ASSERT_TRUE(next.awaitsReply);
+    EXPECT_EQ(last(next)["request"]["Server Reqeust"]["action"]["name"], "Timer Request");
+    expectAnswer(one.reply(reply("Timer", "Timer Reply",
+                                 R"({"id":"1","isRinging":"False","isRunning":"True","status":"Single Found","time":"00:09:58"})")),
+                 "Timer", "Show Timers", "You have one timer, with 9 minutes and 58 seconds left.");
+
+    Dialogue three;
+    three.begin(request("what timers do i have"));
+    three.reply(reply("Timer", "Information Timer Reply", R"({"Timers":[{"id":"1"},{"id":"2"},{"id":"3"}],"status":"Found"})"));
+    expectAnswer(
+        three.reply(reply("Timer", "Timer Reply",
+                          R"({"Timers":[{"id":"1","isRinging":"False","isRunning":"True","time":"00:01:00"},
+                                        {"id":"2","isRinging":"True","isRunning":"True","time":"00:00:-3"},
+                                        {"id":"3","isRinging":"False","isRunning":"False","time":"01:00:05"}],
+                              "status":"Multiple Found"})")),
+        "Timer", "Show Timers",
+        "You have 3 timers: timer 1 with 1 minute left, timer 2 ringing, and timer 3 paused with 1 hour and 5 seconds left.");
+
+    Dialogue none;
+    none.begin(request("what timers do i have"));
+    expectAnswer(none.reply(reply("Timer", "Information Timer Reply", R"({"status":"Not Found"})")), "Timer",
+                 "Show Timers", "You have no timers.");
+}
+
+TEST(Dialogue, ATimerOfTwentyOrTooLongIsNotSet)
+{
+    std::string twenty;
+    for (int i = 1; i <= 20; ++i)
+        twenty += std::string(i == 1 ? "" : ",") + "{\"id\":\"" + std::to_string(i) + "\"}";
+    Dialogue full;
+    full.begin(request("set a timer for ten minutes"));
+    expectAnswer(full.reply(reply("Timer", "Information Timer Reply", "{\"Timers\":[" + twenty + "],\"status\":\"Found\"}")),
+                 "Timer", "Show Timers", "You already have 20 timers.");
+}
+
+TEST(Dialogue, MusicStopsWithoutAskingAndASongIsLikedOnlyWhereItCanBeRated)
+{
+    Dialogue stop;
+    const Step stopped = stop.begin(request("stop the music"));
+    EXPECT_EQ(types(stopped), (std::vector<std::string>{"asr", "nlu", "action", "nlu"}));
+    EXPECT_FALSE(stopped.awaitsReply);
+    EXPECT_EQ(stopped.events[2]["actionName"], "Stop Music");
+    EXPECT_EQ(stopped.events[2]["agent"], "Music App Control");
+
+    Dialogue like;
+    EXPECT_EQ(last(like.begin(request("i love this song")))["request"]["Server Reqeust"]["action"]["name"],
+              "Song Rating Status Check Request");
+    expectAnswer(like.reply(reply("Music App Control", "Song Rating Status Check Reply",
+                                  R"({"ratingStatus":"None","status":"Enabled"})")),
+                 "Music App Control", "Like Song", "I'll remember that you love this song.");
+    Dialogue elsewhere;
+    elsewhere.begin(request("i love this song"));
+    expectAnswer(elsewhere.reply(reply("Music App Control", "Song Rating Status Check Reply",
+                                       R"({"ratingStatus":"None","status":"Disabled"})")),
+                 "Music App Control", "Rate Song", "Songs can be rated only in Pandora, while it plays.");
+}
+
+TEST(Dialogue, ItemsGoIntoTheCartWhenTheShopHasThemAndOntoTheListAtOnce)
+{
+    Dialogue cart;
+    const Step asked = cart.begin(request("add milk to my cart"));
+    const Json::Value& search = last(asked)["request"]["Server Reqeust"];
+    EXPECT_EQ(search["agent"], "Commerce");
+    EXPECT_EQ(search["action"]["name"], "Search Items Request");
+    EXPECT_EQ(search["data"]["itemName"]["value"], "milk");
+    const Step added = cart.reply(reply("Commerce", "Search Items Reply", R"({"id":"1","status":"One Item"})"));
+    expectAnswer(added, "Commerce", "Add To Cart", "Added milk to your cart.");
+    EXPECT_EQ(added.events[0]["rawJson"]["item"], "milk");
+    Dialogue missing;
+    missing.begin(request("add coffee to my shopping cart"));
+    expectAnswer(missing.reply(reply("Commerce", "Search Items Reply", R"({"status":"No Items"})")), "Commerce",
+                 "Show Items", "I found nothing for coffee.");
+
+    Dialogue list;
+    const Step listed = list.begin(request("add orange juice to my shopping list"));
+    EXPECT_FALSE(listed.awaitsReply);
+    EXPECT_EQ(listed.events[2]["agent"], "ShoppingList");
+    EXPECT_EQ(listed.events[2]["actionName"], "Add To Shopping List");
+    EXPECT_EQ(listed.events[2]["rawJson"]["item"], "orange juice");
+    EXPECT_EQ(listed.events[2]["spokenText"], "Added orange juice to your shopping list.");
 }
 
 }  // namespace
