@@ -469,7 +469,10 @@ bool parseScenario(const std::string& text, const std::string& path, Scenario& o
                        {"compare", Kind::Object, false},
                        {"timeout", Kind::UInt, false},
                        {"daemon", Kind::Text, false},
-                       {"recognitionMode", Kind::Text, false}}))
+                       {"recognitionMode", Kind::Text, false},
+                       // A field case's notes and what marl-case keeps for itself.
+                       {"notes", Kind::Array, false},
+                       {"case", Kind::Object, false}}))
         return done(false);
     if (root.isMember("daemon")) {
         out.daemonGiven = true;

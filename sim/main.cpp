@@ -4,10 +4,11 @@
 //   marl-sim run SCENARIO.json [--device DIR] [--plugin PATH] [--json FILE]
 //                              [--trace FILE] [--html FILE]
 //                              [--fast] [--normalized] [--timeout SECONDS]
-//                              [--daemon gentle|platform] [--memory]
+//                              [--daemon gentle|platform] [--memory] [--daemon-log FILE]
 //   marl-sim say TEXT... [--voice NAME] [--rate WPM] [--scenario FILE] [run's options]
 //   marl-sim listen FILE.wav... [--scenario FILE] [run's options]
 //   marl-sim info [--plugin PATH]
+#include "DaemonLogSink.h"
 #include "HtmlPage.h"
 #include "Scenario.h"
 #include "Session.h"
@@ -43,7 +44,7 @@ int usage(const std::string& problem = "")
                  "usage: marl-sim run SCENARIO.json [--device DIR] [--plugin PATH] [--json FILE]\n"
                  "                                  [--trace FILE] [--html FILE]\n"
                  "                                  [--fast] [--normalized] [--timeout SECONDS]\n"
-                 "                                  [--daemon gentle|platform] [--memory]\n"
+                 "                                  [--daemon gentle|platform] [--memory] [--daemon-log FILE]\n"
                  "       marl-sim say TEXT... [--voice NAME] [--rate WORDS_A_MINUTE] [--scenario FILE]\n"
                  "                            [run's options]\n"
                  "       marl-sim listen FILE.wav... [--scenario FILE] [run's options]\n"
@@ -94,7 +95,7 @@ std::string isoNow()
 }
 
 struct Args {
-    std::string command, scenario, device, plugin, json, trace, html;
+    std::string command, scenario, device, plugin, json, trace, html, daemonLog;
     bool fast = false, normalized = false, memory = false;
     std::string daemon;  // empty: the scenario's, else gentle
     double timeout = 15.0;
@@ -142,6 +143,9 @@ bool parseArgs(int argc, char** argv, Args& args, std::string& problem)
                 return false;
         } else if (session && a == "--html") {
             if (!value(args.html))
+                return false;
+        } else if (session && a == "--daemon-log") {
+            if (!value(args.daemonLog))
                 return false;
         } else if (spoken && a == "--scenario") {
             if (!value(args.scenario))
@@ -346,6 +350,12 @@ int run(const Args& args)
         transcript.addSink(trace.get());
     if (page)
         transcript.addSink(page.get());
+    sim::DaemonLogSink daemonLog;
+    if (!args.daemonLog.empty()) {
+        if (!daemonLog.open(args.daemonLog, scenario, options.daemon, transcript.startEpochMs(), error))
+            return fail(error);
+        transcript.addSink(&daemonLog);
+    }
 
     Json::Value identity;
     int code = sim::kExitOk;
@@ -360,6 +370,8 @@ int run(const Args& args)
     std::fflush(stdout);
     if (!args.json.empty() && !jsonSink.good())
         return fail("cannot write " + args.json);
+    if (!args.daemonLog.empty() && !daemonLog.good())
+        return fail("cannot write " + args.daemonLog);
     if (std::string why; (trace && !trace->good(&why)) || (page && !page->good(&why)))
         return fail(why);
     if (!error.empty())
