@@ -17,6 +17,8 @@ extern const char* const kPluginTag;
 extern const char* const kDaemonTag;
 // The plug-in's tag, and the one its screen-size lines go under.
 bool pluginTag(const std::string& tag);
+// A line of the engine's load (vcp_load_engine and what it calls): a session begins with the first.
+bool loadLine(const LogLine& line);
 
 // One of the speech service's events, as a scenario gives it.
 struct ServerEvent {

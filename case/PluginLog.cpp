@@ -1,29 +1,17 @@
-// The plug-in's lines of a log, cut into sessions and turns.
+// A session's lines of the plug-in read into its set-up and its turns.
 #include "Model.h"
 
-#include <algorithm>
 #include <cstdlib>
-#include <fstream>
-#include <map>
-#include <sstream>
+#include <memory>
 
 namespace marlcase
 {
-
-const char* const kPluginTag = "VoiceEnginePlugIn";
-const char* const kDaemonTag = "vcd";
-
-bool pluginTag(const std::string& tag)
-{
-    return tag == kPluginTag || tag == "VCPE";
-}
 
 namespace
 {
 
 // Gaps between the server's events above this become waits.
 const long long kWaitThresholdMs = 200;
-const long long kDayMs = 86400000LL;
 
 bool startsWith(const std::string& s, const char* prefix)
 {
@@ -47,11 +35,6 @@ bool parseJson(const std::string& text, Json::Value& out)
     std::unique_ptr<Json::CharReader> reader(builder.newCharReader());
     std::string errors;
     return reader->parse(text.data(), text.data() + text.size(), &out, &errors);
-}
-
-bool isLoad(const LogLine& l)
-{
-    return l.function == "vcp_load_engine" || l.function == "__make_dir" || l.function == "copyResources";
 }
 
 // The lines of one session and what they show.
@@ -164,7 +147,7 @@ private:
         const std::string& fn = l.function;
         const std::string& text = l.text;
         std::string value;
-        if (isLoad(l))
+        if (loadLine(l))
             mS.loaded = true;
         if (fn == "setLanguage" && startsWith(text, "Language changes is : ")) {
             std::string lang = text.substr(22);
@@ -541,52 +524,6 @@ private:
 };
 
 }  // namespace
-
-bool between(const std::string& text, const std::string& open, const std::string& close, std::string& out,
-             size_t* after)
-{
-    const size_t a = text.find(open);
-    if (a == std::string::npos)
-        return false;
-    const size_t b = text.rfind(close);
-    if (b == std::string::npos || b < a + open.size())
-        return false;
-    out = text.substr(a + open.size(), b - a - open.size());
-    if (after)
-        *after = b + close.size();
-    return true;
-}
-
-void readLogs(const std::vector<std::string>& files, Logs& logs)
-{
-    for (size_t i = 0; i < files.size(); ++i) {
-        std::ifstream in(files[i], std::ios::binary);
-        std::stringstream text;
-        text << in.rdbuf();
-        logs.names.push_back(files[i]);
-        logs.reads.emplace_back();
-        if (!in) {
-            logs.problems.push_back("cannot read " + files[i]);
-            continue;
-        }
-        readLog(text.str(), files[i], i, logs.reads.back());
-        // The forms without a year: a line half a year before the one above
-        // it is in the next year.
-        long long shift = 0, previous = 0;
-        bool any = false;
-        for (LogLine& l : logs.reads.back().lines) {
-            if (l.clock != LogLine::YearLess)
-                continue;
-            if (any && l.ms + shift < previous - 180 * kDayMs)
-                shift += 366 * kDayMs;
-            l.ms += shift;
-            previous = l.ms;
-            any = true;
-        }
-        for (const auto& p : logs.reads.back().problems)
-            logs.problems.push_back(p);
-    }
-}
 
 void readSession(Session& s)
 {

@@ -4,15 +4,33 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <fstream>
 #include <map>
+#include <sstream>
 
 namespace marlcase
 {
 
 void readSession(Session& s);
 
+const char* const kPluginTag = "VoiceEnginePlugIn";
+const char* const kDaemonTag = "vcd";
+
+bool loadLine(const LogLine& l)
+{
+    return l.function == "vcp_load_engine" || l.function == "__make_dir" || l.function == "copyResources";
+}
+
+bool pluginTag(const std::string& tag)
+{
+    return tag == kPluginTag || tag == "VCPE";
+}
+
+
 namespace
 {
+
+const long long kDayMs = 86400000LL;
 
 bool startsWith(const std::string& s, const char* prefix)
 {
@@ -22,11 +40,6 @@ bool startsWith(const std::string& s, const char* prefix)
 int toInt(const std::string& s)
 {
     return static_cast<int>(std::strtol(s.c_str(), nullptr, 10));
-}
-
-bool isLoadLine(const LogLine& l)
-{
-    return l.function == "vcp_load_engine" || l.function == "__make_dir" || l.function == "copyResources";
 }
 
 // The daemon's text of a null argument.
@@ -224,6 +237,52 @@ void merge(Session& s, const DaemonSession& d)
 
 }  // namespace
 
+bool between(const std::string& text, const std::string& open, const std::string& close, std::string& out,
+             size_t* after)
+{
+    const size_t a = text.find(open);
+    if (a == std::string::npos)
+        return false;
+    const size_t b = text.rfind(close);
+    if (b == std::string::npos || b < a + open.size())
+        return false;
+    out = text.substr(a + open.size(), b - a - open.size());
+    if (after)
+        *after = b + close.size();
+    return true;
+}
+
+void readLogs(const std::vector<std::string>& files, Logs& logs)
+{
+    for (size_t i = 0; i < files.size(); ++i) {
+        std::ifstream in(files[i], std::ios::binary);
+        std::stringstream text;
+        text << in.rdbuf();
+        logs.names.push_back(files[i]);
+        logs.reads.emplace_back();
+        if (!in) {
+            logs.problems.push_back("cannot read " + files[i]);
+            continue;
+        }
+        readLog(text.str(), files[i], i, logs.reads.back());
+        // The forms without a year: a line half a year before the one above
+        // it is in the next year.
+        long long shift = 0, previous = 0;
+        bool any = false;
+        for (LogLine& l : logs.reads.back().lines) {
+            if (l.clock != LogLine::YearLess)
+                continue;
+            if (any && l.ms + shift < previous - 180 * kDayMs)
+                shift += 366 * kDayMs;
+            l.ms += shift;
+            previous = l.ms;
+            any = true;
+        }
+        for (const auto& p : logs.reads.back().problems)
+            logs.problems.push_back(p);
+    }
+}
+
 std::vector<Session> sessionsOf(const Logs& logs, std::vector<std::string>& problems, std::vector<std::string>& warnings)
 {
     // The lines of each process, per tag.
@@ -282,7 +341,7 @@ std::vector<Session> sessionsOf(const Logs& logs, std::vector<std::string>& prob
 
         std::vector<size_t> cuts;
         for (size_t i = 0; i < lines.size(); ++i)
-            if (isLoadLine(*lines[i]) && (i == 0 || !isLoadLine(*lines[i - 1])))
+            if (loadLine(*lines[i]) && (i == 0 || !loadLine(*lines[i - 1])))
                 cuts.push_back(i);
         // Lines before the first load that hold no call of the daemon (the
         // probe of the engine's identity) go with the load.
@@ -300,7 +359,7 @@ std::vector<Session> sessionsOf(const Logs& logs, std::vector<std::string>& prob
         if (daemonCuts.empty() || daemonCuts.front() != 0)
             daemonCuts.insert(daemonCuts.begin(), 0);
         // A log that begins within a session has lines before its first load.
-        const bool headless = !lines.empty() && !isLoadLine(*lines[0]) && !prologue;
+        const bool headless = !lines.empty() && !loadLine(*lines[0]) && !prologue;
         const bool daemonHeadless = !daemonLines.empty() &&
                                     !startsWith(daemonLines[0]->text, "[Engine Agent] Current engine path : ");
         for (size_t k = 0; k < cuts.size(); ++k) {

@@ -2,6 +2,8 @@
 // folder of the test.
 #pragma once
 
+#include "SimRun.h"
+
 #include <json/json.h>
 #include <sys/wait.h>
 
@@ -23,27 +25,9 @@ struct ToolRun {
     std::string err;
 };
 
-inline std::string quote(const std::string& arg)
-{
-    std::string quoted = "'";
-    for (char c : arg)
-        quoted += c == '\'' ? std::string("'\\''") : std::string(1, c);
-    return quoted + "'";
-}
-
-inline std::string readText(const fs::path& path)
-{
-    std::ifstream in(path, std::ios::binary);
-    std::stringstream text;
-    text << in.rdbuf();
-    return text.str();
-}
-
-inline void writeText(const fs::path& path, const std::string& text)
-{
-    std::ofstream out(path, std::ios::binary);
-    out << text;
-}
+using simtest::quoteArg;
+using simtest::readText;
+using simtest::writeText;
 
 inline Json::Value readJson(const fs::path& path)
 {
@@ -55,40 +39,21 @@ inline Json::Value readJson(const fs::path& path)
     return json;
 }
 
-class Scratch
+// A scratch folder of the test, its paths as text.
+class Scratch : public simtest::Scratch
 {
 public:
-    Scratch()
-    {
-        const char* tmp = std::getenv("MARL_TEST_TMP");
-        const fs::path base = tmp && *tmp ? fs::path(tmp) : fs::temp_directory_path();
-        fs::create_directories(base);
-        std::string pattern = (base / "case-XXXXXX").string();
-        mDir = ::mkdtemp(pattern.data()) ? pattern : std::string();
-    }
-    ~Scratch()
-    {
-        std::error_code ec;
-        if (!mDir.empty() && !std::getenv("MARL_KEEP_TEST_DEVICES"))
-            fs::remove_all(mDir, ec);
-    }
-    Scratch(const Scratch&) = delete;
-    Scratch& operator=(const Scratch&) = delete;
-
-    std::string path(const std::string& name) const { return (fs::path(mDir) / name).string(); }
-
-private:
-    std::string mDir;
+    std::string path(const std::string& name) const { return simtest::Scratch::path(name).string(); }
 };
 
 // Runs `program` with `args` from the test's environment, without a device.
 inline ToolRun run(const Scratch& scratch, const std::string& program, const std::vector<std::string>& args)
 {
-    std::string command = "env -u MARL_DEVICE_DIR -u MARL_PLUGIN " + quote(program);
+    std::string command = "env -u MARL_DEVICE_DIR -u MARL_PLUGIN " + quoteArg(program);
     for (const auto& a : args)
-        command += " " + quote(a);
+        command += " " + quoteArg(a);
     const std::string out = scratch.path("stdout.txt"), err = scratch.path("stderr.txt");
-    command += " >" + quote(out) + " 2>" + quote(err) + " </dev/null";
+    command += " >" + quoteArg(out) + " 2>" + quoteArg(err) + " </dev/null";
     const int status = std::system(command.c_str());
     ToolRun r;
     r.exitCode = WIFEXITED(status) ? WEXITSTATUS(status) : -1;

@@ -5,11 +5,10 @@
 // session itself. README.md ("Field cases") names the scenarios that do not
 // come back and why; this list is theirs.
 #include "CaseRun.h"
+#include "ScenarioNames.h"
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <cctype>
 #include <map>
 
 namespace
@@ -19,17 +18,6 @@ using namespace casetest;
 
 // Scenario to why its case does not give the same answers.
 const std::map<std::string, std::string> kNotReproduced = {};
-
-std::vector<std::string> scenarioNames()
-{
-    std::vector<std::string> names;
-    std::error_code ec;
-    for (const auto& entry : fs::directory_iterator(MARL_SCENARIO_DIR, ec))
-        if (entry.path().extension() == ".json")
-            names.push_back(entry.path().stem().string());
-    std::sort(names.begin(), names.end());
-    return names;
-}
 
 class RoundTrip : public ::testing::TestWithParam<std::string>
 {
@@ -60,21 +48,7 @@ TEST_P(RoundTrip, TheCaseOfTheSessionAnswersAsTheSessionDid)
     EXPECT_EQ(0, compared.exitCode) << compared.out;
 }
 
-std::string testName(const ::testing::TestParamInfo<std::string>& info)
-{
-    std::string name;
-    bool upper = true;
-    for (char c : info.param) {
-        if (!std::isalnum(static_cast<unsigned char>(c))) {
-            upper = true;
-            continue;
-        }
-        name += upper ? static_cast<char>(std::toupper(static_cast<unsigned char>(c))) : c;
-        upper = false;
-    }
-    return name;
-}
-
-INSTANTIATE_TEST_SUITE_P(Scenarios, RoundTrip, ::testing::ValuesIn(scenarioNames()), testName);
+INSTANTIATE_TEST_SUITE_P(Scenarios, RoundTrip, ::testing::ValuesIn(marltest::scenarioNames(MARL_SCENARIO_DIR)),
+                         marltest::scenarioTestName);
 
 }  // namespace

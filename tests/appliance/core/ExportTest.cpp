@@ -1,5 +1,6 @@
 // marl-device export: the description of a device as it is, which init and
 // apply turn into a device that exports the same.
+#include "ScenarioNames.h"
 #include "TestDevice.h"
 
 #include <gtest/gtest.h>
@@ -202,25 +203,7 @@ TEST_P(ScenarioDeviceExport, ExportsTheSameAfterInitAndApply)
     }
 }
 
-std::vector<std::string> scenarioNames()
-{
-    std::vector<std::string> names;
-    std::error_code ec;
-    for (const auto& entry : fs::directory_iterator(MARL_SCENARIO_DIR, ec))
-        if (entry.path().extension() == ".json")
-            names.push_back(entry.path().stem().string());
-    std::sort(names.begin(), names.end());
-    return names;
-}
-
-std::string testName(const ::testing::TestParamInfo<std::string>& info)
-{
-    std::string name;
-    for (char c : info.param)
-        name += std::isalnum(static_cast<unsigned char>(c)) ? c : '_';
-    return name;
-}
-
-INSTANTIATE_TEST_SUITE_P(Scenarios, ScenarioDeviceExport, ::testing::ValuesIn(scenarioNames()), testName);
+INSTANTIATE_TEST_SUITE_P(Scenarios, ScenarioDeviceExport, ::testing::ValuesIn(marltest::scenarioNames(MARL_SCENARIO_DIR)),
+                         marltest::scenarioTestName);
 
 }  // namespace
