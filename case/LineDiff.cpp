@@ -173,7 +173,10 @@ public:
         // The set-up before the first turn.
         const size_t fSetup = mF.turns.empty() ? mF.lines.size() : mF.turns.front().firstLine;
         const size_t rSetup = mR.turns.empty() ? mR.lines.size() : mR.turns.front().firstLine;
-        report << "set-up: " << compareLines(nullptr, 0, fSetup, 0, rSetup, "the set-up before the first turn") << "\n";
+        if (mF.loaded)
+            report << "set-up: " << compareLines(nullptr, 0, fSetup, 0, rSetup, "the set-up before the first turn") << "\n";
+        else
+            report << "set-up: not compared: the field's log begins after the engine was loaded\n";
         for (size_t k = 0; k < turns && k < mF.turns.size() && k < mR.turns.size(); ++k) {
             const Turn& f = mF.turns[k];
             const Turn& r = mR.turns[k];

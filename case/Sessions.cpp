@@ -100,6 +100,7 @@ bool daemonCommand(const std::string& text, Command& c)
 
 // What the daemon's lines of one session say, in order.
 struct DaemonTurn {
+    const LogLine* start = nullptr;
     int mode = -1;
     std::string end;
     std::vector<Callback> callbacks;
@@ -136,6 +137,7 @@ void readDaemon(const std::vector<const LogLine*>& lines, DaemonSession& d)
             if (d.turns.empty())
                 d.privateData = pending;
             d.turns.emplace_back();
+            d.turns.back().start = lines[i];
             d.turns.back().mode = toInt(text.substr(32));
             if (d.turns.size() > 1)
                 d.turns.back().privateData = pending;
@@ -218,16 +220,47 @@ void merge(Session& s, const DaemonSession& d)
     }
     if (!d.privateData.empty())
         s.privateData = d.privateData;
+    // Each turn's start in the daemon's lines: the same count in order; a
+    // plug-in's log whose beginning is lost, from the end; else, when both
+    // have times of one clock, the daemon's start nearest in time.
+    std::vector<long> match(s.turns.size(), -1);
+    const bool timed = !d.turns.empty() && !s.turns.empty() && d.turns.front().start->clock != LogLine::None &&
+                       d.turns.front().start->clock == s.lines[s.turns.front().firstLine]->clock;
+    std::string how = "in order";
+    if (d.turns.size() > s.turns.size() && !s.loaded) {
+        for (size_t i = 0; i < s.turns.size(); ++i)
+            match[i] = static_cast<long>(d.turns.size() - s.turns.size() + i);
+        how = "from the last";
+    } else if (d.turns.size() != s.turns.size() && timed) {
+        size_t next = 0;
+        for (size_t i = 0; i < s.turns.size() && next < d.turns.size(); ++i) {
+            const long long at = s.lines[s.turns[i].firstLine]->ms;
+            size_t best = next;
+            for (size_t j = next; j < d.turns.size(); ++j)
+                if (std::llabs(d.turns[j].start->ms - at) < std::llabs(d.turns[best].start->ms - at))
+                    best = j;
+            match[i] = static_cast<long>(best);
+            next = best + 1;
+        }
+        how = "by their times";
+    } else {
+        for (size_t i = 0; i < s.turns.size() && i < d.turns.size(); ++i)
+            match[i] = static_cast<long>(i);
+    }
     if (d.turns.size() != s.turns.size())
         s.notes.push_back("the daemon's log has " + std::to_string(d.turns.size()) + " start(s) where the plug-in's has " +
-                          std::to_string(s.turns.size()) + "; they were matched in order");
-    for (size_t i = 0; i < s.turns.size() && i < d.turns.size(); ++i) {
+                          std::to_string(s.turns.size()) + "; they were matched " + how);
+    for (size_t i = 0; i < s.turns.size(); ++i) {
+        if (match[i] < 0) {
+            s.turns[i].notes.push_back("the daemon's log has not got this turn");
+            continue;
+        }
         Turn& t = s.turns[i];
-        const DaemonTurn& dt = d.turns[i];
+        const DaemonTurn& dt = d.turns[static_cast<size_t>(match[i])];
         if (i == 0)
             s.recognitionMode = dt.mode;
         t.end = dt.end;
-        if (i > 0)
+        if (match[i] > 0)
             t.privateData = dt.privateData;
         // The daemon saw the callbacks as they came: its lines replace what the plug-in's suggest.
         t.callbacks = dt.callbacks;
@@ -366,8 +399,25 @@ std::vector<Session> sessionsOf(const Logs& logs, std::vector<std::string>& prob
             Session s;
             const size_t end = k + 1 < cuts.size() ? cuts[k + 1] : lines.size();
             s.lines.assign(lines.begin() + cuts[k], lines.begin() + end);
-            // Pairs the daemon's sessions with the plug-in's, from the same end.
-            const long long dk = static_cast<long long>(k) + (headless == daemonHeadless ? 0 : headless ? -1 : 1);
+            // The daemon's session of the same time, when both logs have one clock;
+            // else the one in the same place.
+            long long dk = static_cast<long long>(k) + (headless == daemonHeadless ? 0 : headless ? -1 : 1);
+            const bool timed = !daemonLines.empty() && !s.lines.empty() && s.lines.front()->clock != LogLine::None &&
+                               s.lines.front()->clock == daemonLines.front()->clock;
+            if (timed) {
+                dk = -1;
+                long long best = 0;
+                for (size_t j = 0; j < daemonCuts.size(); ++j) {
+                    const size_t dend = j + 1 < daemonCuts.size() ? daemonCuts[j + 1] : daemonLines.size();
+                    const long long overlap =
+                        std::min(s.lines.back()->ms, daemonLines[dend - 1]->ms) -
+                        std::max(s.lines.front()->ms, daemonLines[daemonCuts[j]]->ms);
+                    if (overlap >= 0 && (dk < 0 || overlap > best)) {
+                        dk = static_cast<long long>(j);
+                        best = overlap;
+                    }
+                }
+            }
             if (!daemonLines.empty() && dk >= 0 && dk < static_cast<long long>(daemonCuts.size())) {
                 const size_t dend = dk + 1 < static_cast<long long>(daemonCuts.size()) ? daemonCuts[dk + 1] : daemonLines.size();
                 s.daemon.assign(daemonLines.begin() + daemonCuts[dk], daemonLines.begin() + dend);

@@ -114,6 +114,36 @@ TEST(CaseCompare, ADeviceThatIsNotTheFieldsGivesAnotherAnswer)
     EXPECT_NE(std::string::npos, r.out.find("\"time\" : \"00:07:00\"")) << r.out;
 }
 
+TEST(CaseCompare, ALogThatBeginsWithinTheSessionGivesItsLastTurnsWithTheDaemonsLines)
+{
+    // The appliance's log buffer kept only the session's last three turns;
+    // the daemon's log has all five.
+    Scratch s;
+    ASSERT_EQ(0, field(s, kScenarios + "/timer-replies.json", "f").exitCode);
+    const std::string log = readText(s.path("f/dev/log/dlog.log"));
+    size_t cut = 0;
+    for (int start = 0; start < 3; ++start)
+        cut = log.find("MarlEngine_start(", cut + 1);
+    cut = log.rfind('\n', cut) + 1;
+    writeText(s.path("last.log"), log.substr(cut));
+    const ToolRun built = marlCase(s, {"build", s.path("last.log"), s.path("f/daemon.log"), "--device",
+                                       s.path("f/export.json"), "-o", s.path("case.json")});
+    ASSERT_EQ(0, built.exitCode) << built.err;
+    const Json::Value c = readJson(s.path("case.json"));
+    EXPECT_EQ(3u, c["turns"].size());
+    EXPECT_EQ("#org.tizen.Timer", c["engine"]["commands"][0]["command"].asString());
+    EXPECT_NE(std::string::npos, built.out.find("the daemon's log has 5 start(s) where the plug-in's has 3; they were "
+                                                "matched from the last")) << built.out;
+    EXPECT_NE(std::string::npos, built.out.find("the log begins after the engine was loaded")) << built.out;
+    const ToolRun r = marlCase(s, {"compare", s.path("case.json"), s.path("last.log"), s.path("f/daemon.log"), "--fast"});
+    EXPECT_NE(2, r.exitCode) << r.err;
+    EXPECT_NE(std::string::npos, r.out.find("set-up: not compared")) << r.out;
+    for (const char* turn : {"turn 1: callbacks same (1), driver responses same (1)",
+                             "turn 2: callbacks same (1), driver responses same (1)",
+                             "turn 3: callbacks same (2), driver responses same (1)"})
+        EXPECT_NE(std::string::npos, r.out.find(turn)) << turn << "\n" << r.out;
+}
+
 TEST(CaseCompare, UnusableInputExitsTwoWithAMessage)
 {
     Scratch s;
