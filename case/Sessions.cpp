@@ -113,9 +113,39 @@ struct DaemonSession {
     std::vector<DaemonTurn> turns;
 };
 
+// "[Engine agent] Event(%d), Count(%d) Text(%s) Nonfixed(%s) Msg(%s)" or
+// "[Server] Event(%d), Text(%s) Nonfixed(%s) Msg(%s) Result count(%d)".
+bool resultLine(const std::string& text, bool server, Json::Value& out)
+{
+    std::string event, count;
+    const size_t tx = text.find(server ? "), Text(" : ") Text(");
+    const size_t nf = text.rfind(") Nonfixed(");
+    const size_t ms = text.rfind(") Msg(");
+    const size_t rc = server ? text.rfind(") Result count(") : text.size() - 1;
+    if (!between(text, "Event(", server ? "), Text(" : "), Count(", event) || tx == std::string::npos ||
+        nf == std::string::npos || ms == std::string::npos || rc == std::string::npos || nf < tx || ms < nf ||
+        rc < ms || text.back() != ')')
+        return false;
+    if (server)
+        count = text.substr(rc + 15, text.size() - rc - 16);
+    else
+        between(text, "), Count(", ") Text(", count);
+    const size_t textAt = tx + (server ? 8 : 7);
+    out["kind"] = "result";
+    out["event"] = toInt(event);
+    out["count"] = toInt(count);
+    out["allResult"] = nullable(text.substr(textAt, nf - textAt));
+    out["nonFixedResult"] = nullable(text.substr(nf + 11, ms - nf - 11));
+    out["message"] = nullable(text.substr(ms + 6, rc - ms - 6));
+    out["ids"] = Json::Value(Json::arrayValue);
+    return true;
+}
+
 void readDaemon(const std::vector<const LogLine*>& lines, DaemonSession& d)
 {
     std::vector<Json::Value> pending;
+    bool agentResult = false;  // a result told by the engine agent, whose server line is to come
+    Json::Value nlu;           // the NLU text told before a result's server line
     for (size_t i = 0; i < lines.size(); ++i) {
         const std::string& text = lines[i]->text;
         std::string a, b;
@@ -161,31 +191,28 @@ void readDaemon(const std::vector<const LogLine*>& lines, DaemonSession& d)
             cb.json["text"] = b;
             cb.line = i;
             t->callbacks.push_back(cb);
-        } else if (startsWith(text, "[Engine agent] Event(") && between(text, "[Engine agent] Event(", "), Count(", a)) {
-            // [Engine agent] Event(%d), Count(%d) Text(%s) Nonfixed(%s) Msg(%s)
-            std::string count, all, nonfixed, msg;
-            between(text, "), Count(", ") Text(", count);
-            const size_t tx = text.find(") Text(");
-            const size_t nf = text.rfind(") Nonfixed(");
-            const size_t ms = text.rfind(") Msg(");
-            if (tx == std::string::npos || nf == std::string::npos || ms == std::string::npos || nf < tx || ms < nf)
+        } else if (startsWith(text, "[Engine agent] Event(") || startsWith(text, "[Server] Event(")) {
+            // The engine agent's line and the server's tell the same result; the
+            // server's alone (a daemon that has not the other) tells it too.
+            const bool server = startsWith(text, "[Server]");
+            if (server && agentResult) {
+                agentResult = false;
                 continue;
-            all = text.substr(tx + 7, nf - tx - 7);
-            nonfixed = text.substr(nf + 11, ms - nf - 11);
-            msg = text.substr(ms + 6, text.size() > ms + 7 ? text.size() - ms - 7 : 0);
+            }
             Callback cb;
-            cb.json["kind"] = "result";
-            cb.json["event"] = toInt(a);
-            cb.json["count"] = toInt(count);
-            cb.json["allResult"] = nullable(all);
-            cb.json["nonFixedResult"] = nullable(nonfixed);
-            cb.json["message"] = nullable(msg);
-            cb.json["ids"] = Json::Value(Json::arrayValue);
+            if (!resultLine(text, server, cb.json))
+                continue;
+            if (server && nlu.isString())
+                cb.json["nluResult"] = nlu;
+            nlu = Json::Value(Json::nullValue);
             cb.line = i;
             t->callbacks.push_back(cb);
-        } else if (startsWith(text, "[Engine Agent SUCCESS] Get nlp info : ") && !t->callbacks.empty() &&
-                   t->callbacks.back().json["kind"] == "result") {
-            t->callbacks.back().json["nluResult"] = nullable(text.substr(38));
+            agentResult = !server;
+        } else if (startsWith(text, "[Engine Agent SUCCESS] Get nlp info : ")) {
+            if (agentResult)
+                t->callbacks.back().json["nluResult"] = nullable(text.substr(38));
+            else
+                nlu = nullable(text.substr(38));
         } else if (startsWith(text, "[Server]   [") && between(text, "Result ID(", ")", a) && !t->callbacks.empty() &&
                    t->callbacks.back().json["kind"] == "result") {
             t->callbacks.back().json["ids"].append(toInt(a));
@@ -401,7 +428,9 @@ std::vector<Session> sessionsOf(const Logs& logs, std::vector<std::string>& prob
             s.lines.assign(lines.begin() + cuts[k], lines.begin() + end);
             // The daemon's session of the same time, when both logs have one clock;
             // else the one in the same place.
-            long long dk = static_cast<long long>(k) + (headless == daemonHeadless ? 0 : headless ? -1 : 1);
+            long long dk = static_cast<long long>(k);
+            if (daemonCuts.size() != cuts.size() && headless != daemonHeadless)
+                dk += headless ? -1 : 1;
             const bool timed = !daemonLines.empty() && !s.lines.empty() && s.lines.front()->clock != LogLine::None &&
                                s.lines.front()->clock == daemonLines.front()->clock;
             if (timed) {

@@ -228,6 +228,40 @@ TEST(Sessions, TurnsHoldTheServersEventsAsThePlugInLoggedThem)
     EXPECT_EQ(-1048628, second.callbacks[0].json["code"].asInt());
 }
 
+TEST(Sessions, TheDaemonsLinesGiveTheCommandsTheStopsAndTheResults)
+{
+    const std::string d = "2024-05-02 14:00:00.000 D/vcd( 4711): ";
+    const std::string daemon =
+        d + "vcd_engine_agent.c: __foreach_command(448) > [Engine Agent] Request foreach command from engine\n" + d +
+        "vcd_client_data.c: vcd_client_foreach_command(554) > [Client Data] System : id(31) index(0) format(3) domain(2) "
+        "command(set the fridge to) param(temp)\n" +
+        d + "vcd_server.c: vcd_server_mgr_start(1112) > [Server] set recognition mode = 1\n" + d +
+        "vcd_dbus_server.c: vcd_dbus_server_mgr_cancel(641) > [IN] vcd mgr cancel : pid(4711)\n" + d +
+        "vcd_engine_agent.c: __result_cb(491) > [Engine Agent SUCCESS] Get nlp info : {\"n\":1}\n" + d +
+        "vcd_server.c: __vcd_server_result_cb(296) > [Server] Event(0), Text(set the fridge to 3) Nonfixed((null)) "
+        "Msg(vc.result.message.none) Result count(1)\n" +
+        d + "vcd_server.c: __vcd_server_result_cb(380) > [Server]   [0] Result ID(31)\n" + d +
+        "vcd_server.c: vcd_server_mgr_start(1112) > [Server] set recognition mode = 1\n";
+    std::vector<std::string> warnings;
+    const auto s = sessions({pluginLog(4711), daemon}, warnings);
+    ASSERT_EQ(1u, s.size());
+    ASSERT_EQ(1u, s[0].commands.size());
+    EXPECT_EQ(31, s[0].commands[0].id);
+    EXPECT_EQ(4, s[0].commands[0].type);
+    EXPECT_EQ(2, s[0].commands[0].domain);
+    EXPECT_EQ("temp", s[0].commands[0].param.asString());
+    EXPECT_EQ(1, s[0].recognitionMode);
+    ASSERT_EQ(2u, s[0].turns.size());
+    EXPECT_EQ("cancel", s[0].turns[0].end);
+    ASSERT_EQ(1u, s[0].turns[0].callbacks.size());
+    const Json::Value& result = s[0].turns[0].callbacks[0].json;
+    EXPECT_EQ("set the fridge to 3", result["allResult"].asString());
+    EXPECT_TRUE(result["nonFixedResult"].isNull());
+    EXPECT_EQ("{\"n\":1}", result["nluResult"].asString());
+    EXPECT_EQ(31, result["ids"][0].asInt());
+    EXPECT_TRUE(s[0].turns[1].callbacks.empty());
+}
+
 TEST(Sessions, TakesTheLinesOfEachProcessApartAndSaysSo)
 {
     // Two processes logging at once, their lines interleaved.
