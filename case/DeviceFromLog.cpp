@@ -83,13 +83,12 @@ Json::Value deviceFromLog(const Session& s, std::vector<std::string>& notes)
                 errors[f.platform] = code;
         }
     }
+    // The reads other than the commerce answer's say US when the key is unset:
+    // US from them is left to that default.
     if (region == "-")
         region.clear();
-    else if (region.empty() && !regionDefaulted.empty()) {
+    else if (region.empty() && regionDefaulted != "US")
         region = regionDefaulted;
-        if (region == "US")
-            notes.push_back("device: region US taken from a line that also says US when the key is unset");
-    }
     if (!region.empty())
         device["vconf"]["db/setting/region_code"] = region;
     if (!country.empty())

@@ -79,7 +79,7 @@ struct Session {
     bool commandsFromDaemon = false;
     std::vector<Json::Value> privateData;  // sent before the first turn
     std::vector<Turn> turns;
-    bool platformDaemon = false;  // a command list before every start
+    bool platformDaemon = false;  // a command list before every start, or audio paced every 10 ms
     int recognitionMode = -1;     // from the daemon's lines
     bool debug = false;           // the plug-in's debug lines are there
     std::vector<std::string> notes;

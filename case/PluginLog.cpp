@@ -1,6 +1,7 @@
 // A session's lines of the plug-in read into its set-up and its turns.
 #include "Model.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <memory>
 
@@ -67,6 +68,22 @@ public:
             withCommands += t.commandsBefore ? 1 : 0;
         mS.platformDaemon = !mS.turns.empty() && withCommands == static_cast<int>(mS.turns.size()) &&
                             mCommandLists > 1;
+        // Audio fed in real time tells the daemon by its pace: the platform's
+        // recorder gives a chunk every 10 ms, marl-sim's own daemon every 20 ms.
+        std::vector<long long> gaps;
+        for (size_t i = 1; i < mS.lines.size(); ++i) {
+            const LogLine& a = *mS.lines[i - 1];
+            const LogLine& b = *mS.lines[i];
+            if (a.function == "processAudio" && b.function == "processAudio" && a.clock != LogLine::None &&
+                a.clock == b.clock)
+                gaps.push_back(b.ms - a.ms);
+        }
+        if (gaps.size() >= 10) {
+            std::nth_element(gaps.begin(), gaps.begin() + gaps.size() / 2, gaps.end());
+            const long long pace = gaps[gaps.size() / 2];
+            if (pace >= 5)
+                mS.platformDaemon = pace < 15;
+        }
     }
 
 private:

@@ -284,6 +284,29 @@ TEST(Sessions, TakesTheLinesOfEachProcessApartAndSaysSo)
     EXPECT_NE(std::string::npos, warnings[0].find("2 processes (100, 200)")) << warnings[0];
 }
 
+// A turn whose chunks come `paceMs` apart.
+std::string pacedTurn(int paceMs)
+{
+    std::string log = "2024-05-02 14:00:00.000 D/VoiceEnginePlugIn(  9): MarlEnginePlugin.cpp: MarlEngine_start(305) > "
+                      "Current Context[2]\n";
+    for (int i = 0; i < 20; ++i) {
+        char line[160];
+        std::snprintf(line, sizeof line,
+                      "2024-05-02 14:00:%02d.%03d D/VoiceEnginePlugIn(  9): MarlEngineWrapper.cpp: processAudio(394) > epd[0]\n",
+                      (i + 1) * paceMs / 1000, (i + 1) * paceMs % 1000);
+        log += line;
+    }
+    return log;
+}
+
+TEST(Sessions, AudioFedInRealTimeTellsTheDaemonByItsPace)
+{
+    std::vector<std::string> warnings;
+    EXPECT_TRUE(sessions({pacedTurn(10)}, warnings)[0].platformDaemon);
+    EXPECT_FALSE(sessions({pacedTurn(20)}, warnings)[0].platformDaemon);
+    EXPECT_FALSE(sessions({pacedTurn(0)}, warnings)[0].platformDaemon);
+}
+
 TEST(Sessions, SeveralLoadsAreSeveralSessions)
 {
     std::vector<std::string> warnings;
