@@ -231,6 +231,10 @@ void locate(LogLine& line)
     line.sourceLine = 0;
     if (!splitLocation(line.message, line.source, line.function, line.sourceLine, line.text))
         line.text = line.message;
+    // The platform's secure log marks its lines so; what they say is the same.
+    static const std::string secure = "[SECURE_LOG] ";
+    if (line.text.compare(0, secure.size(), secure) == 0)
+        line.text.erase(0, secure.size());
 }
 
 // A message whose "[" is not closed yet: the plug-in's values go between

@@ -19,13 +19,12 @@ bool startsWith(const std::string& s, const char* prefix)
     return s.rfind(prefix, 0) == 0;
 }
 
-int toInt(const std::string& s, bool* ok = nullptr)
+// A number of the log; 0 when the text is none.
+int toInt(const std::string& s)
 {
     char* end = nullptr;
     const long v = std::strtol(s.c_str(), &end, 10);
     const bool good = !s.empty() && end && *end == '\0' && v >= -2147483647L - 1 && v <= 2147483647L;
-    if (ok)
-        *ok = good;
     return good ? static_cast<int>(v) : 0;
 }
 
@@ -209,7 +208,6 @@ private:
             mCommands.clear();
             mCommandOpen = true;
             ++mCommandLists;
-            mListChanged = false;
         } else if (startsWith(text, "type (") && between(text, "format(", ")", value)) {
             mPending = Command();
             mPending.type = toInt(text.substr(6, text.find(')') - 6));
@@ -233,9 +231,7 @@ private:
             if (mCommandOpen) {
                 if (mS.commands.empty() && mS.turns.empty())
                     mS.commands = mCommands;
-                else if (!sameCommands(mS.commands, mCommands))
-                    mListChanged = true;
-                if (mListChanged && !mListNoted) {
+                else if (!sameCommands(mS.commands, mCommands) && !mListNoted) {
                     mS.notes.push_back("commands: the daemon set another command list before turn " +
                                        std::to_string(mS.turns.size() + 1) + "; the case keeps the first");
                     mListNoted = true;
@@ -522,7 +518,6 @@ private:
     bool mPendingOpen = false;
     bool mCommandOpen = false;
     bool mCommandsSinceTurn = false;
-    bool mListChanged = false;
     bool mListNoted = false;
     int mCommandLists = 0;
     std::vector<Json::Value> mPendingPrivate;

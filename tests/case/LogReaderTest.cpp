@@ -118,6 +118,14 @@ TEST(LogReader, RefusesBinaryData)
     EXPECT_NE(std::string::npos, r.problems[0].find("NUL")) << r.problems[0];
 }
 
+TEST(LogReader, ReadsASecureLogLineAsWhatItSays)
+{
+    const LogRead r = read("05-02 14:03:07.512+0000 D/vcd     (P  12, T  12): vcd_server.c: f(9) > [SECURE_LOG] "
+                           "[Server] set recognition mode = 0\n");
+    ASSERT_EQ(1u, r.lines.size());
+    EXPECT_EQ("[Server] set recognition mode = 0", r.lines[0].text);
+}
+
 TEST(LogReader, SplitsTheLocationOfAMessage)
 {
     std::string source, function, text;
