@@ -23,7 +23,7 @@ while [ $# -gt 0 ]; do
   esac
   shift
 done
-all=(driver-request command-list private-data location-file data-store result-routing scenario device-description)
+all=(driver-request command-list private-data location-file data-store result-routing scenario device-description case-log)
 [ ${#names[@]} -eq 0 ] && names=("${all[@]}")
 
 bash scripts/setup.sh

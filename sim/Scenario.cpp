@@ -471,7 +471,10 @@ bool parseScenario(const std::string& text, const std::string& path, Scenario& o
                        {"timeout", Kind::UInt, false},
                        {"daemon", Kind::Text, false},
                        {"recognitionMode", Kind::Text, false},
-                       {"clock", Kind::Text, false}}))
+                       {"clock", Kind::Text, false},
+                       // A field case's notes and what marl-case keeps for itself.
+                       {"notes", Kind::Array, false},
+                       {"case", Kind::Object, false}}))
         return done(false);
     if (root.isMember("daemon")) {
         out.daemonGiven = true;

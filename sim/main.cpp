@@ -5,10 +5,12 @@
 //                              [--trace FILE] [--html FILE]
 //                              [--fast] [--normalized] [--timeout SECONDS]
 //                              [--daemon gentle|platform] [--memory] [--clock TIME]
+//                              [--daemon-log FILE]
 //   marl-sim say TEXT... [--voice NAME] [--rate WPM] [--scenario FILE] [run's options]
 //   marl-sim listen FILE.wav... [--scenario FILE] [run's options]
 //   marl-sim talk [--voice NAME] [--rate WPM] [--scenario FILE] [run's options]
 //   marl-sim info [--plugin PATH]
+#include "DaemonLogSink.h"
 #include "HtmlPage.h"
 #include "Scenario.h"
 #include "Session.h"
@@ -48,6 +50,7 @@ int usage(const std::string& problem = "")
                  "                                  [--trace FILE] [--html FILE]\n"
                  "                                  [--fast] [--normalized] [--timeout SECONDS]\n"
                  "                                  [--daemon gentle|platform] [--memory] [--clock TIME]\n"
+                 "                                  [--daemon-log FILE]\n"
                  "       marl-sim say TEXT... [--voice NAME] [--rate WORDS_A_MINUTE] [--scenario FILE]\n"
                  "                            [run's options]\n"
                  "       marl-sim listen FILE.wav... [--scenario FILE] [run's options]\n"
@@ -99,7 +102,7 @@ std::string isoNow()
 }
 
 struct Args {
-    std::string command, scenario, device, plugin, json, trace, html, clock;
+    std::string command, scenario, device, plugin, json, trace, html, clock, daemonLog;
     bool fast = false, normalized = false, memory = false;
     std::string daemon;  // empty: the scenario's, else gentle
     double timeout = 15.0;
@@ -149,6 +152,9 @@ bool parseArgs(int argc, char** argv, Args& args, std::string& problem)
                 return false;
         } else if (session && a == "--html") {
             if (!value(args.html))
+                return false;
+        } else if (session && a == "--daemon-log") {
+            if (!value(args.daemonLog))
                 return false;
         } else if (spoken && a == "--scenario") {
             if (!value(args.scenario))
@@ -390,6 +396,12 @@ int run(const Args& args)
         transcript.addSink(trace.get());
     if (page)
         transcript.addSink(page.get());
+    sim::DaemonLogSink daemonLog;
+    if (!args.daemonLog.empty()) {
+        if (!daemonLog.open(args.daemonLog, scenario, options.daemon, transcript.startEpochMs(), error))
+            return fail(error);
+        transcript.addSink(&daemonLog);
+    }
 
     Json::Value identity;
     int code = sim::kExitOk;
@@ -404,6 +416,8 @@ int run(const Args& args)
     std::fflush(stdout);
     if (!args.json.empty() && !jsonSink.good())
         return fail("cannot write " + args.json);
+    if (!args.daemonLog.empty() && !daemonLog.good())
+        return fail("cannot write " + args.daemonLog);
     if (std::string why; (trace && !trace->good(&why)) || (page && !page->good(&why)))
         return fail(why);
     if (!error.empty())

@@ -1,6 +1,7 @@
 #include "vappliance/Device.h"
 #include "Internal.h"
 
+#include <openssl/evp.h>
 #include <sqlite3.h>
 
 #include <sys/stat.h>
@@ -145,6 +146,23 @@ bool checkDatastore(const Json::Value& tables, std::string* error)
     return true;
 }
 
+bool decodeBase64(const std::string& text, std::string& bytes)
+{
+    if (text.size() % 4 != 0)
+        return false;
+    bytes.assign(text.size() / 4 * 3 + 1, '\0');
+    const int n = EVP_DecodeBlock(reinterpret_cast<unsigned char*>(&bytes[0]),
+                                  reinterpret_cast<const unsigned char*>(text.data()), static_cast<int>(text.size()));
+    if (n < 0)
+        return false;
+    // The decoder counts the padding as bytes.
+    size_t size = static_cast<size_t>(n);
+    for (size_t i = text.size(); i > 0 && text[i - 1] == '=' && size > 0; --i)
+        --size;
+    bytes.resize(size);
+    return true;
+}
+
 struct PlannedFile {
     std::string target;
     std::string content;
@@ -195,6 +213,9 @@ bool planFiles(const Json::Value& files, const std::string& baseDir,
             planned.content = file["text"].asString();
         } else if (file.isMember("json")) {
             planned.content = writeJson(file["json"], true) + "\n";
+        } else if (file["base64"].isString()) {
+            if (!decodeBase64(file["base64"].asString(), planned.content))
+                return fail("\"base64\" is not base64 text");
         } else if (file["from"].isString()) {
             std::string from = file["from"].asString();
             if (!from.empty() && from[0] != '/')
@@ -202,7 +223,7 @@ bool planFiles(const Json::Value& files, const std::string& baseDir,
             if (!readFile(from, planned.content))
                 return fail("cannot read " + from);
         } else {
-            return fail("each entry needs \"text\", \"json\" or \"from\"");
+            return fail("each entry needs \"text\", \"json\" or \"from\" (or \"base64\")");
         }
         const Json::Value& executable = file["executable"];
         if (!executable.isNull() && !executable.isBool())

@@ -3,6 +3,7 @@
 //   marl-device init DIR [DESCRIPTION.json]     a fresh device, optionally described
 //   marl-device apply DESCRIPTION.json [--device DIR]
 //   marl-device path APPLIANCE_PATH [--device DIR]   where an appliance path lives
+//   marl-device export DIR                       the description of a device, on stdout
 #include "vappliance/Device.h"
 
 #include <cstdio>
@@ -21,7 +22,8 @@ int usage()
     std::fprintf(stderr,
                  "usage: marl-device init DIR [DESCRIPTION.json]\n"
                  "       marl-device apply DESCRIPTION.json [--device DIR]\n"
-                 "       marl-device path APPLIANCE_PATH [--device DIR]\n");
+                 "       marl-device path APPLIANCE_PATH [--device DIR]\n"
+                 "       marl-device export DIR\n");
     return 2;
 }
 
@@ -60,6 +62,25 @@ int apply(const std::string& file)
     return 0;
 }
 
+int exportDevice(const fs::path& dir)
+{
+    std::error_code ec;
+    if (!fs::is_regular_file(dir / "device.json", ec))
+        return fail(dir.string() + " is no device directory (it has no device.json)");
+    ::setenv("MARL_DEVICE_DIR", fs::absolute(dir).c_str(), 1);
+    Json::Value description;
+    std::string error;
+    if (!vapp::exportDescription(description, &error))
+        return fail(dir.string() + ": " + error);
+    Json::StreamWriterBuilder builder;
+    builder["indentation"] = "  ";
+    builder["emitUTF8"] = true;
+    const std::string text = Json::writeString(builder, description) + "\n";
+    if (std::fwrite(text.data(), 1, text.size(), stdout) != text.size() || std::fflush(stdout) != 0)
+        return fail("cannot write the description");
+    return 0;
+}
+
 }  // namespace
 
 int main(int argc, char** argv)
@@ -94,6 +115,8 @@ int main(int argc, char** argv)
     }
     if (args[0] == "apply" && args.size() == 2)
         return apply(args[1]);
+    if (args[0] == "export" && args.size() == 2)
+        return exportDevice(args[1]);
     if (args[0] == "path" && args.size() == 2) {
         std::printf("%s\n", vapp::hostPath(args[1]).c_str());
         return 0;

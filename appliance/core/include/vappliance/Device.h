@@ -153,5 +153,12 @@ std::string quoteSqlIdentifier(const std::string& name);
 // section of device.json. baseDir resolves relative "from" files.
 bool applyDescription(const Json::Value& description, const std::string& baseDir,
                       std::string* error);
+// The description of the device as it is: its platform sections, every key,
+// the apps, every data-store table, every file under the root (as "text",
+// or "base64" when it is no UTF-8 text) and the device directory's other
+// files (launch handlers and what they read; not the journal, the log, the
+// played audio or marl-sim's answers).
+// Applied to a fresh device, it gives a device that exports the same.
+bool exportDescription(Json::Value& out, std::string* error);
 
 }  // namespace vapp
