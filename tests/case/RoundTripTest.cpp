@@ -16,8 +16,15 @@ namespace
 
 using namespace casetest;
 
+const char* const kAppsActed =
+    "the apps acted on its results and changed the device during the session; the case starts from the device as exported after it and does not know which app registered each command (neither log says), so no app acts in the replay";
+
 // Scenario to why its case does not give the same answers.
-const std::map<std::string, std::string> kNotReproduced = {};
+const std::map<std::string, std::string> kNotReproduced = {
+    {"app-bad-results", kAppsActed},
+    {"spoken-music-conversation", kAppsActed},
+    {"spoken-shopping-conversation", kAppsActed},
+    {"spoken-timer-conversation", kAppsActed}};
 
 class RoundTrip : public ::testing::TestWithParam<std::string>
 {
