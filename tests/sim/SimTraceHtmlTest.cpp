@@ -288,6 +288,45 @@ TEST(SimTrace, EntriesGoToTheTrackOfTheirThread)
     EXPECT_EQ(eventsNamed(trace, "end of speech to result", "e").at(0)["ts"].asInt64(), 30000);
 }
 
+// The driver request, the server-speech wait and the end of speech to the
+// result are spans of the turn's stages, as its latency entry tells them,
+// counted from the start call.
+TEST(SimTrace, TheTurnsSpansComeFromItsStages)
+{
+    Scratch scratch;
+    const fs::path path = scratch.path("t.json");
+    sim::TraceWriter writer(path.string());
+    auto entry = [&](const char* json) {
+        std::string errors;
+        writer.entry(parse(json, &errors));
+    };
+    entry(R"({"kind":"turn","turn":1,"t":10,"thread":"main"})");
+    entry(R"({"kind":"call","fn":"MarlEngine_start","args":[true],"ret":0,"t":12,"thread":"main"})");
+    entry(R"({"kind":"speech","obs":{"what":"driverRequest","request":"timers?","response":"none"},"t":40,"thread":"speech"})");
+    entry(R"({"kind":"speech","obs":{"what":"executeOVAction","agent":"Timer","spokenText":"Done."},"t":60,"thread":"speech"})");
+    entry(R"({"kind":"latency","turn":1,"t":90,"startT":12,"stages":{"endOfSpeech":5,"driverRequests":[{"request":20,"response":30}],)"
+          R"("action":48,"result":70},"endOfSpeechToResultMs":65})");
+    std::string error;
+    ASSERT_TRUE(writer.finish(Json::Value(Json::objectValue), &error)) << error;
+    const Json::Value trace = parse(readText(path), &error);
+    ASSERT_TRUE(trace.isObject()) << error;
+    checkTrace(trace);
+    const auto request = eventsNamed(trace, "driver response", "b"), response = eventsNamed(trace, "driver response", "e");
+    ASSERT_EQ(request.size(), 1u);
+    ASSERT_EQ(response.size(), 1u);
+    EXPECT_EQ(request[0]["ts"].asInt64(), 32000);
+    EXPECT_EQ(response[0]["ts"].asInt64(), 42000);
+    EXPECT_EQ(response[0]["args"]["request"], "timers?");
+    const auto wait = eventsNamed(trace, "server-speech wait", "b"), waited = eventsNamed(trace, "server-speech wait", "e");
+    ASSERT_EQ(wait.size(), 1u);
+    ASSERT_EQ(waited.size(), 1u);
+    EXPECT_EQ(wait[0]["ts"].asInt64(), 60000);
+    EXPECT_EQ(wait[0]["args"]["agent"], "Timer");
+    EXPECT_EQ(waited[0]["ts"].asInt64(), 82000);
+    EXPECT_EQ(waited[0]["args"]["by"], "result");
+    EXPECT_EQ(eventsNamed(trace, "end of speech to result", "b").at(0)["ts"].asInt64(), 17000);
+}
+
 TEST(SimTrace, AnUnwritableFileIsAnError)
 {
     Scratch scratch;
