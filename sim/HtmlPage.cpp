@@ -208,12 +208,17 @@ void HtmlPage::turnEntry(const Json::Value& e)
                 html += "<dt>matched commands</dt><dd>" + escape(text(e["matched"])) + "</dd>";
             if (!e["nonFixedResult"].isNull())
                 html += "<dt>non-fixed</dt><dd>" + escape(text(e["nonFixedResult"])) + "</dd>";
-            html += "<dt>message</dt><dd>" + escape(text(e["message"])) + "</dd></dl>";
+            html += "<dt>message</dt><dd>" + escape(text(e["message"])) + "</dd>";
+            if (e.isMember("dropped"))
+                html += "<dt>dropped</dt><dd>" + escape(text(e["dropped"])) + "</dd>";
+            html += "</dl>";
             if (!e["nluResult"].isNull())
                 html += "<h4>NLU result</h4>" + pre(prettyValue(e["nluResult"]));
             mTurn.results.push_back(html);
-            mTurn.heard = text(e["allResult"]);
-            mTurn.outcome = event;
+            if (!e.isMember("dropped")) {
+                mTurn.heard = text(e["allResult"]);
+                mTurn.outcome = event;
+            }
         } else if (fn == "error") {
             const std::string line = "error " + std::to_string(e["code"].asInt()) + ": " + text(e["message"]);
             mTurn.results.push_back("<p class=\"outcome-error\">" + escape(line) + "</p>");

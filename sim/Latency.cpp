@@ -110,7 +110,7 @@ Json::Value latencyEntry(const std::vector<Json::Value>& entries, size_t turn)
             requests[answered++]["response"] = Json::Int64(e["t"].asInt64() - start);
         } else if (obs["what"] == "executeOVAction") {
             first("action", e);
-        } else if (isCallback(e, "result")) {
+        } else if (isCallback(e, "result") && !e.isMember("dropped")) {
             first("result", e);
         } else if (isCallback(e, "error")) {
             first("error", e);
