@@ -3,9 +3,6 @@
 #include "vappliance/Device.h"
 
 #include <dlfcn.h>
-#if defined(__SANITIZE_ADDRESS__)
-#include <sanitizer/lsan_interface.h>
-#endif
 
 #include <cstdio>
 #include <fstream>
@@ -194,9 +191,21 @@ void Session::buildSteps()
 {
     addEngineSetUp();
     once("files after start-up", [this] { scanFiles(); });
-    for (size_t i = 0; i < mScenario.turns.size(); ++i)
-        addTurnSteps(i);
-    addSessionEnd();
+    addNextTurn(0);
+}
+
+// A turn's steps are made when it comes, so that a long session holds those
+// of one turn only and the heap stays the same from turn to turn.
+void Session::addNextTurn(size_t index)
+{
+    once("next turn", [this, index] {
+        if (index < mScenario.turns.size() && !mSkipTurns) {
+            addTurnSteps(index);
+            addNextTurn(index + 1);
+        } else {
+            addSessionEnd();
+        }
+    });
 }
 
 // vcp_unload_engine and dlclose, as the daemon does after deinitialize.
@@ -207,19 +216,12 @@ void Session::unload()
     closePlugin();
 }
 
-// Under AddressSanitizer, a plug-in that really goes is checked for leaks
-// just before, while its functions can still be named (and matched by the
-// suppressions); the check at exit is then not made again.
 void Session::closePlugin()
 {
     if (mSetObserver)
         mSetObserver(nullptr, nullptr);
     mSetObserver = nullptr;
     record(call("dlclose", args({mOptions.plugin})));
-#if defined(__SANITIZE_ADDRESS__)
-    if (!keepPluginMapped())
-        __lsan_do_leak_check();
-#endif
     dlclose(mHandle);
     mHandle = nullptr;
 }
@@ -249,8 +251,9 @@ void Session::addReloadSteps()
 // of the unloaded plug-in may be left to run.
 void Session::addSessionEnd()
 {
+    // The transcript's last turn is handed on at the end: the daemon unloads
+    // the engine without waiting for it to be written.
     once("deinitialize", [this] {
-        mTranscript.flush();
         Json::Value section;
         section["kind"] = "section";
         section["text"] = "end of session";

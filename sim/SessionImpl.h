@@ -91,6 +91,7 @@ private:
     void closePlugin();
     void once(const char* name, std::function<void()> fn);
     void buildSteps();
+    void addNextTurn(size_t index);
     void addEngineSetUp();
     void addReloadSteps();
     void addSessionEnd();
@@ -144,6 +145,7 @@ private:
     std::deque<Step> mSteps;
     Ecore_Timer* mTimer = nullptr;
     bool mFinished = false;
+    bool mSkipTurns = false;  // a turn timed out: the session goes to its end
     int mExit = kExitOk;
 
     // The turn in progress.

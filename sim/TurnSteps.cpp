@@ -51,8 +51,10 @@ void Session::addTurnSteps(size_t index)
     mSteps.push_back({"turn",
                       [this, index, &turn] {
                           // What earlier turns recorded is finished: hand it on.
-                          mTranscript.flush();
+                          // The turn begins now, whatever the handing on takes.
                           Json::Value entry;
+                          entry["t"] = Json::Int64(mTranscript.elapsedMs());
+                          mTranscript.flush();
                           entry["kind"] = "turn";
                           entry["turn"] = Json::UInt(index + 1);
                           entry["audio"] = turn.audioSource;
@@ -292,7 +294,8 @@ bool Session::settle()
         text << "time-out: the turn did not settle within " << mOptions.turnTimeout << " s (" << why << ")";
         record(note(text.str()));
         mExit = kExitTimedOut;
-        while (mSteps.size() > 1 && mSteps[1].name != "deinitialize")
+        mSkipTurns = true;
+        while (mSteps.size() > 1 && mSteps[1].name != "next turn")
             mSteps.erase(mSteps.begin() + 1);
         return true;
     }

@@ -65,7 +65,13 @@ int find(const Json::Value& entries, Match match, int from = 0)
 TEST(UnloadWhileSpeaking, ThePlugInGoesBeforeItsSpeechWouldHaveEnded)
 {
     Scratch scratch;
-    const Replay r = replay(scratch, "unload-while-speaking", {"--normalized"}, {"MARL_SIM_KEEP_PLUGIN_MAPPED"});
+    std::vector<std::string> env = {"MARL_SIM_KEEP_PLUGIN_MAPPED"};
+    // Under AddressSanitizer the leak check at exit cannot name the frames of
+    // a plug-in that is gone, nor match them with the suppressions: it is left
+    // to the replays of the same scenario that keep the plug-in mapped.
+    if (const char* asan = std::getenv("ASAN_OPTIONS"))
+        env.push_back(std::string("ASAN_OPTIONS=") + asan + ":detect_leaks=0");
+    const Replay r = replay(scratch, "unload-while-speaking", {"--normalized"}, env);
     // A thread or a callback of the plug-in left behind would have run in
     // unmapped code, in the 2 s after the dlclose, and killed the run.
     ASSERT_EQ(r.run.exitCode, 0) << r.run.err;
@@ -111,7 +117,7 @@ TEST(UnloadWhileSpeaking, ThePlugInGoesBeforeItsSpeechWouldHaveEnded)
 }
 
 // The daemon cancels the first request 100 ms after its stop, while the
-// service still takes 600 ms to answer: the answer comes during the next
+// service still takes 3 s to answer: the answer comes during the next
 // turn's recording, before that turn's stop, and is dropped; the next turn's
 // own result is taken.
 TEST(ResultAfterCancel, TheDaemonDropsTheResultOfTheRequestItCancelled)
