@@ -52,6 +52,7 @@ export ECORE_NO_SYSTEM_MODULES=1
 export LSAN_OPTIONS="suppressions=$root/scripts/sanitizers/lsan.supp:print_suppressions=0"
 # marl-sim keeps the session's plug-in mapped after its dlclose, so that a
 # report at exit names the plug-in's functions (suppressions match by name).
+# UnloadWhileSpeaking.* takes it away: there the plug-in must really go.
 export MARL_SIM_KEEP_PLUGIN_MAPPED=1
 export UBSAN_OPTIONS="print_stacktrace=1:halt_on_error=1"
 cmake -S . -B "$build" \

@@ -133,28 +133,20 @@ const Turn& Session::turnAt(size_t index) const
     return index < mScenario.turns.size() ? mScenario.turns[index] : mTalkTurns[index - mScenario.turns.size()];
 }
 
-void Session::addNextTurnStep()
+bool Session::takeTalkTurn()
 {
-    mSteps.push_back({"next turn",
-                      [this] {
-                          if (!mTalkTurns.empty() && mOptions.turnDone)
-                              mOptions.turnDone(mTranscript.entriesFrom(mTurnFirstEntry));
-                          Turn turn;
-                          if (!mOptions.nextTurn(turn))
-                              return true;
-                          // Time went by while the person spoke: the timers that are due ring first.
-                          if (mApps)
-                              tellApps(mApps->tick());
-                          mTalkTurns.push_back(std::move(turn));
-                          // Its steps, and the next of these, go right after this one.
-                          const size_t before = mSteps.size();
-                          addTurnSteps(mScenario.turns.size() + mTalkTurns.size() - 1);
-                          addNextTurnStep();
-                          std::rotate(mSteps.begin() + 1, mSteps.begin() + static_cast<std::ptrdiff_t>(before),
-                                      mSteps.end());
-                          return true;
-                      },
-                      0});
+    if (!mOptions.nextTurn)
+        return false;
+    if (!mTalkTurns.empty() && mOptions.turnDone)
+        mOptions.turnDone(mTranscript.entriesFrom(mTurnFirstEntry));
+    Turn turn;
+    if (!mOptions.nextTurn(turn))
+        return false;
+    // Time went by while the person spoke: the timers that are due ring first.
+    if (mApps)
+        tellApps(mApps->tick());
+    mTalkTurns.push_back(std::move(turn));
+    return true;
 }
 
 }  // namespace session

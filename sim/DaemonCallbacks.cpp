@@ -73,11 +73,14 @@ void Session::onResult(vcp_result_event_e event, int* ids, int count, const char
         entry["matched"] = matched;
     }
     // The platform's daemon takes a result only while it processes a request
-    // (from its start to the request's result or error) and drops any other.
-    if (platform() && !mProcessing.exchange(false))
+    // (from its stop to the request's result or error) and drops any other.
+    const bool taken = !platform() || mProcessing.exchange(false);
+    if (!taken)
         entry["dropped"] = "the daemon is not processing a request";
     record(entry);
     ++mResults;
+    if (taken)
+        mAnswered = true;
 }
 
 void Session::onAsr(vcp_asr_result_event_e event, const char* result, void* data)
@@ -102,6 +105,7 @@ void Session::onError(vcp_error_e code, const char* msg, void* data)
     if (platform())
         mProcessing = false;  // an error ends the request too
     record(entry);
+    mAnswered = true;
 }
 
 void Session::onObservation(const char* json)

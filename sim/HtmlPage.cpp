@@ -1,5 +1,7 @@
 #include "HtmlPage.h"
 
+#include "Latency.h"
+
 #include "Render.h"
 #include "Transcript.h"
 
@@ -10,7 +12,6 @@
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
-#include <map>
 #include <sstream>
 
 namespace sim
@@ -83,24 +84,6 @@ std::string prettyValue(const Json::Value& value)
     return value.isString() ? pretty(value.asString()) : indented(value);
 }
 
-std::string stageName(const std::string& key)
-{
-    static const std::map<std::string, std::string> names = {
-        {"wordsEnd", "words end"},
-        {"endOfSpeech", "end of speech reported"},
-        {"stop", "stop"},
-        {"cancel", "cancel"},
-        {"firstPartial", "first partial text"},
-        {"finalText", "final text"},
-        {"nlu", "NLU"},
-        {"action", "action"},
-        {"result", "result callback"},
-        {"error", "error callback"},
-        {"speech", "spoken answer"}};
-    const auto found = names.find(key);
-    return found == names.end() ? key : found->second;
-}
-
 std::string base64(const std::string& bytes)
 {
     std::string out(4 * ((bytes.size() + 2) / 3) + 1, '\0');
@@ -170,15 +153,6 @@ HtmlPage::HtmlPage(std::string path) : mPath(std::move(path)), mTurns(std::tmpfi
 {
 }
 
-void HtmlPage::stage(const std::string& name, long long ms, bool first)
-{
-    if (first)
-        for (const auto& s : mTurn.found)
-            if (s.name == name)
-                return;
-    mTurn.found.push_back({name, ms - mTurn.startMs});
-}
-
 void HtmlPage::entry(const Json::Value& e)
 {
     const std::string kind = e["kind"].asString();
@@ -215,23 +189,13 @@ void HtmlPage::turnEntry(const Json::Value& e)
     const long long ms = e["t"].asInt64();
     if (kind != "device")
         mTurn.lastMs = std::max(mTurn.lastMs, ms);
-    if (kind == "call") {
-        const std::string fn = e["fn"].asString();
-        if (fn == "MarlEngine_stop")
-            stage("stop", ms);
-        else if (fn == "MarlEngine_cancel")
-            stage("cancel", ms);
-        else if (fn == "MarlEngine_set_recording_data" && e["speech"] == 2)
-            stage("endOfSpeech", ms);
-    } else if (kind == "callback") {
+    if (kind == "callback") {
         const std::string fn = e["fn"].asString();
         if (fn == "asr" && e["event"] == 1) {
             if (mTurn.partials.empty() || mTurn.partials.back() != text(e["text"]))
                 mTurn.partials.push_back(text(e["text"]));
-            stage("firstPartial", ms);
         } else if (fn == "asr" && e["event"] == 0) {
             mTurn.finals.push_back(text(e["text"]));
-            stage("finalText", ms);
         } else if (fn == "asr") {
             mTurn.results.push_back("<p>asr error: " + escape(text(e["text"])) + "</p>");
         } else if (fn == "result") {
@@ -244,18 +208,21 @@ void HtmlPage::turnEntry(const Json::Value& e)
                 html += "<dt>matched commands</dt><dd>" + escape(text(e["matched"])) + "</dd>";
             if (!e["nonFixedResult"].isNull())
                 html += "<dt>non-fixed</dt><dd>" + escape(text(e["nonFixedResult"])) + "</dd>";
-            html += "<dt>message</dt><dd>" + escape(text(e["message"])) + "</dd></dl>";
+            html += "<dt>message</dt><dd>" + escape(text(e["message"])) + "</dd>";
+            if (e.isMember("dropped"))
+                html += "<dt>dropped</dt><dd>" + escape(text(e["dropped"])) + "</dd>";
+            html += "</dl>";
             if (!e["nluResult"].isNull())
                 html += "<h4>NLU result</h4>" + pre(prettyValue(e["nluResult"]));
             mTurn.results.push_back(html);
-            mTurn.heard = text(e["allResult"]);
-            mTurn.outcome = event;
-            stage("result", ms);
+            if (!e.isMember("dropped")) {
+                mTurn.heard = text(e["allResult"]);
+                mTurn.outcome = event;
+            }
         } else if (fn == "error") {
             const std::string line = "error " + std::to_string(e["code"].asInt()) + ": " + text(e["message"]);
             mTurn.results.push_back("<p class=\"outcome-error\">" + escape(line) + "</p>");
             mTurn.outcome = "error";
-            stage("error", ms);
         }
     } else if (kind == "speech") {
         const Json::Value& obs = e["obs"];
@@ -267,9 +234,6 @@ void HtmlPage::turnEntry(const Json::Value& e)
                 if (event.isMember("speechBytes") || event.isMember("speechFile"))
                     head += ", with speech";
                 mTurn.nlu.push_back("<h4>" + escape(head) + "</h4>" + pre(prettyValue(event["text"])));
-                stage("nlu", ms);
-            } else if (event["type"] == "driverRequest") {
-                stage("driver request " + std::to_string(mTurn.driver.size() + 1), ms);
             } else if (event["type"] == "error") {
                 mTurn.notes.push_back("the service's error: " + compact(event));
             }
@@ -279,10 +243,7 @@ void HtmlPage::turnEntry(const Json::Value& e)
                                             : "\"" + text(obs["text"]) + "\", score " + text(obs["score"]) +
                                                   (obs["accepted"].asBool() ? ", accepted" : ", not accepted"));
         } else if (what == "driverRequest") {
-            stage("driver request " + std::to_string(mTurn.driver.size() + 1), ms);
             mTurn.driver.emplace_back(prettyValue(obs["request"]), prettyValue(obs["response"]));
-        } else if (what == "processDriverResponse") {
-            stage("driver response " + std::to_string(mTurn.driver.size()), ms);
         } else if (what == "executeOVAction") {
             Json::Value action = obs;
             action.removeMember("what");
@@ -296,7 +257,6 @@ void HtmlPage::turnEntry(const Json::Value& e)
                 html = pre(indented(action));
             }
             mTurn.actions.push_back(html);
-            stage("action", ms);
         }
     } else if (kind == "device") {
         Json::Value rest = e;
@@ -307,7 +267,6 @@ void HtmlPage::turnEntry(const Json::Value& e)
             const std::string wav = vapp::devicePath(e["file"].asString());
             if (std::find(mTurn.spoken.begin(), mTurn.spoken.end(), wav) == mTurn.spoken.end())
                 mTurn.spoken.push_back(wav);
-            stage("speech", ms);
         }
     } else if (kind == "file") {
         mTurn.appliance.push_back("file " + e["change"].asString() + " " + e["path"].asString() +
@@ -323,62 +282,37 @@ void HtmlPage::turnEntry(const Json::Value& e)
     }
 }
 
-// The turn's stages in time order, and the end of speech to the result (-1
-// when either is missing).
-std::vector<HtmlPage::Stage> HtmlPage::stages(long long& eosToResult) const
+// The turn's stages from its latency entry, in time order (stages of the
+// same millisecond in the order a turn goes through them).
+std::vector<HtmlPage::Stage> HtmlPage::stages() const
 {
     std::vector<Stage> stages;
-    eosToResult = -1;
-    if (mTurn.latency.isObject()) {
-        // The stages in the order a turn goes through them, so that stages of
-        // the same millisecond keep that order after the sort by time.
-        static const char* const kOrder[] = {"wordsEnd", "endOfSpeech", "stop",   "firstPartial",
-                                             "finalText", "nlu", "driverRequests", "action",
-                                             "result", "error", "speech"};
-        const Json::Value& given = mTurn.latency["stages"];
-        std::vector<std::string> keys(std::begin(kOrder), std::end(kOrder));
-        for (const auto& key : given.getMemberNames())
-            if (std::find(keys.begin(), keys.end(), key) == keys.end())
-                keys.push_back(key);
-        for (const auto& key : keys) {
-            if (!given.isMember(key))
-                continue;
-            const Json::Value& value = given[key];
-            if (value.isNumeric()) {
-                stages.push_back({key, value.asInt64()});
-            } else if (key == "driverRequests" && value.isArray()) {
-                for (Json::ArrayIndex i = 0; i < value.size(); ++i) {
-                    const std::string n = std::to_string(i + 1);
-                    if (value[i]["request"].isNumeric())
-                        stages.push_back({"driver request " + n, value[i]["request"].asInt64()});
-                    if (value[i]["response"].isNumeric())
-                        stages.push_back({"driver response " + n, value[i]["response"].asInt64()});
-                }
-            }
+    for (const TurnStage& stage : turnStages(mTurn.latency)) {
+        if (!stage.number) {
+            stages.push_back({stage.title, stage.ms});
+            continue;
         }
-        if (mTurn.latency["endOfSpeechToResultMs"].isNumeric())
-            eosToResult = mTurn.latency["endOfSpeechToResultMs"].asInt64();
-    } else {
-        stages = mTurn.found;
-        long long eos = -1, result = -1;
-        for (const auto& s : stages) {
-            if (s.name == "endOfSpeech")
-                eos = s.ms;
-            if ((s.name == "result" || s.name == "error") && result < 0)
-                result = s.ms;
-        }
-        if (eos >= 0 && result >= 0)
-            eosToResult = result - eos;
+        const std::string n = " " + std::to_string(stage.number);
+        stages.push_back({"driver request" + n, stage.ms});
+        if (stage.endMs >= 0)
+            stages.push_back({"driver response" + n, stage.endMs});
     }
     std::stable_sort(stages.begin(), stages.end(),
                      [](const Stage& a, const Stage& b) { return a.ms < b.ms; });
     return stages;
 }
 
+// The end of speech to the result, -1 when either is missing.
+long long HtmlPage::eosToResult() const
+{
+    const Json::Value& ms = mTurn.latency["endOfSpeechToResultMs"];
+    return ms.isNumeric() ? ms.asInt64() : -1;
+}
+
 std::string HtmlPage::timeline() const
 {
-    long long eosToResult = -1;
-    const std::vector<Stage> stages = this->stages(eosToResult);
+    const long long eosToResult = this->eosToResult();
+    const std::vector<Stage> stages = this->stages();
     long long total = std::max(1LL, mTurn.lastMs - mTurn.startMs);
     for (const auto& s : stages)
         total = std::max(total, s.ms);
@@ -396,7 +330,7 @@ std::string HtmlPage::timeline() const
         const double width = 100.0 * double(s.ms - from) / double(total);
         char bar[96];
         std::snprintf(bar, sizeof bar, "left:%.2f%%;width:%.2f%%", left, width);
-        out << "<tr><td>" << escape(stageName(s.name)) << "</td><td class=\"ms\">" << s.ms
+        out << "<tr><td>" << escape(s.name) << "</td><td class=\"ms\">" << s.ms
             << " ms</td><td class=\"ms\">+" << (s.ms - from) << " ms</td><td><div class=\"track\">"
             << "<div class=\"bar\" style=\"" << bar << "\"></div></div></td></tr>";
         previous = std::max(previous, s.ms);
@@ -498,10 +432,8 @@ void HtmlPage::endTurn()
 
     Row row{t.number, t.audio, t.heard.empty() && !t.finals.empty() ? t.finals.back() : t.heard,
             t.outcome.empty() ? "none" : t.outcome, ""};
-    long long eosToResult = -1;
-    stages(eosToResult);
-    if (eosToResult >= 0)
-        row.latency = std::to_string(eosToResult) + " ms";
+    if (eosToResult() >= 0)
+        row.latency = std::to_string(eosToResult()) + " ms";
     mRows.push_back(row);
 }
 

@@ -6,8 +6,7 @@
 // changes, playbacks, files) and a player for the spoken answer, its WAV file
 // embedded as a data: URI.
 //
-// The stages come from the turn's latency entry when the transcript has one,
-// else from the entries themselves. Each turn's section is written to a
+// The stages come from the turn's latency entry (turnStages). Each turn's section is written to a
 // scratch file when the turn ends; finish() writes the page: the header, a
 // summary of the turns, the set-up, the turns and the end of the session.
 #pragma once
@@ -47,8 +46,7 @@ private:
         std::vector<std::string> partials, finals, recognition, nlu, actions, results;
         std::vector<std::pair<std::string, std::string>> driver;  // request, response
         std::vector<std::string> appliance, notes, spoken;      // spoken: WAV files to embed
-        std::vector<Stage> found;  // stages seen in the entries
-        Json::Value latency;       // the transcript's latency entry, when it has one
+        Json::Value latency;  // the transcript's latency entry, when it has one
         std::string heard, outcome;
     };
     struct Row {
@@ -57,9 +55,9 @@ private:
     };
 
     void turnEntry(const Json::Value& e);
-    void stage(const std::string& name, long long ms, bool first = true);
     void endTurn();
-    std::vector<Stage> stages(long long& eosToResult) const;
+    std::vector<Stage> stages() const;
+    long long eosToResult() const;
     std::string timeline() const;
     std::string spokenAnswer(const std::string& wav) const;
 

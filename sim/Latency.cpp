@@ -38,21 +38,28 @@ bool isSpeechWritten(const Json::Value& e)
 }
 
 struct Stage {
-    const char* name;
-    const char* label;
+    const char* key;
+    const char* label;  // the latency line's
+    const char* title;  // the session page's
 };
 
-const Stage kStages[] = {{"wordsEnd", "words end"},       {"endOfSpeech", "end of speech"},
-                         {"stop", "stop"},                {"firstPartial", "first partial"},
-                         {"finalText", "final text"},     {"nlu", "nlu"},
-                         {"driverRequests", "driver request"}, {"action", "action"},
-                         {"result", "result"},            {"error", "error"},
-                         {"speech", "speech"}};
+// In the order a turn goes through them.
+const Stage kStages[] = {{"wordsEnd", "words end", "words end"},
+                         {"endOfSpeech", "end of speech", "end of speech reported"},
+                         {"stop", "stop", "stop"},
+                         {"firstPartial", "first partial", "first partial text"},
+                         {"finalText", "final text", "final text"},
+                         {"nlu", "nlu", "NLU"},
+                         {"driverRequests", "driver request", "driver request"},
+                         {"action", "action", "action"},
+                         {"result", "result", "result callback"},
+                         {"error", "error", "error callback"},
+                         {"speech", "speech", "spoken answer"}};
 
-std::string seconds(const Json::Value& ms)
+std::string seconds(long long ms)
 {
     char buffer[32];
-    std::snprintf(buffer, sizeof buffer, "%.3f", ms.asDouble() / 1000.0);
+    std::snprintf(buffer, sizeof buffer, "%.3f", double(ms) / 1000.0);
     return buffer;
 }
 
@@ -103,7 +110,7 @@ Json::Value latencyEntry(const std::vector<Json::Value>& entries, size_t turn)
             requests[answered++]["response"] = Json::Int64(e["t"].asInt64() - start);
         } else if (obs["what"] == "executeOVAction") {
             first("action", e);
-        } else if (isCallback(e, "result")) {
+        } else if (isCallback(e, "result") && !e.isMember("dropped")) {
             first("result", e);
         } else if (isCallback(e, "error")) {
             first("error", e);
@@ -118,6 +125,7 @@ Json::Value latencyEntry(const std::vector<Json::Value>& entries, size_t turn)
     Json::Value entry;
     entry["kind"] = "latency";
     entry["turn"] = Json::UInt64(turn);
+    entry["startT"] = Json::Int64(start);
     entry["stages"] = stages;
     if (stages.isMember("endOfSpeech") && (stages.isMember("result") || stages.isMember("error"))) {
         long long end = stages.isMember("result") ? stages["result"].asInt64() : stages["error"].asInt64();
@@ -128,29 +136,44 @@ Json::Value latencyEntry(const std::vector<Json::Value>& entries, size_t turn)
     return entry;
 }
 
+std::vector<TurnStage> turnStages(const Json::Value& latency)
+{
+    std::vector<TurnStage> list;
+    const Json::Value& stages = latency["stages"];
+    if (!stages.isObject())
+        return list;
+    for (const auto& stage : kStages) {
+        const Json::Value& value = stages[stage.key];
+        if (value.isNumeric()) {
+            list.push_back({stage.key, stage.label, stage.title, value.asInt64()});
+        } else if (value.isArray()) {
+            int number = 0;
+            for (const auto& request : value) {
+                TurnStage driver{stage.key, stage.label, stage.title, request["request"].asInt64()};
+                driver.endMs = request["response"].isNumeric() ? request["response"].asInt64() : -1;
+                driver.number = ++number;
+                list.push_back(driver);
+            }
+        }
+    }
+    return list;
+}
+
 std::string latencyLine(const Json::Value& e, bool normalized)
 {
-    const Json::Value& stages = e["stages"];
     std::string line = "turn " + std::to_string(e["turn"].asUInt64()) + ":";
-    bool any = false;
-    for (const auto& stage : kStages) {
-        if (!stages.isMember(stage.name))
+    const std::vector<TurnStage> stages = turnStages(e);
+    for (size_t i = 0; i < stages.size(); ++i) {
+        const TurnStage& stage = stages[i];
+        line += std::string(i ? "," : "") + " " + stage.label;
+        if (normalized)
             continue;
-        const Json::Value& value = stages[stage.name];
-        if (value.isArray()) {
-            for (const auto& request : value) {
-                line += std::string(any ? "," : "") + " " + stage.label;
-                if (!normalized)
-                    line += " " + (request.isMember("request") ? seconds(request["request"]) : "?") + " -> " +
-                            (request.isMember("response") ? seconds(request["response"]) : "no response");
-                any = true;
-            }
-            continue;
-        }
-        line += std::string(any ? "," : "") + " " + stage.label + (normalized ? "" : " " + seconds(value));
-        any = true;
+        if (stage.number)
+            line += " " + seconds(stage.ms) + " -> " + (stage.endMs >= 0 ? seconds(stage.endMs) : "no response");
+        else
+            line += " " + seconds(stage.ms);
     }
-    if (!any)
+    if (stages.empty())
         line += " no stage";
     if (e.isMember("endOfSpeechToResultMs"))
         line += normalized ? "; end of speech to result measured"

@@ -549,11 +549,21 @@ bool parseScenario(const std::string& text, const std::string& path, Scenario& o
             return done(check.fail(at, "must be an object"));
         for (const auto& name : t.getMemberNames())
             if (name != "audio" && name != "end" && name != "server" && name != "privateData" &&
-                name != "device")
-                return done(
-                    check.fail(Checker::join(at, name),
-                               "unknown member (known here: audio, end, server, privateData, device)"));
+                name != "device" && name != "cancelAfterMs" && name != "reload")
+                return done(check.fail(Checker::join(at, name),
+                                       "unknown member (known here: audio, end, server, privateData, device, "
+                                       "cancelAfterMs, reload)"));
         Turn turn;
+        if (t.isMember("cancelAfterMs")) {
+            if (!t["cancelAfterMs"].isUInt())
+                return done(check.fail(Checker::join(at, "cancelAfterMs"), "must be a whole number of milliseconds"));
+            turn.cancelAfterMs = t["cancelAfterMs"].asUInt();
+        }
+        if (t.isMember("reload")) {
+            if (!t["reload"].isBool())
+                return done(check.fail(Checker::join(at, "reload"), "must be true or false"));
+            turn.reload = t["reload"].asBool();
+        }
         if (t.isMember("audio") && !turnAudio(check, t["audio"], Checker::join(at, "audio"), turn))
             return done(false);
         if (t.isMember("end")) {

@@ -42,6 +42,8 @@ struct Turn {
     std::vector<PrivateData> privateData;  // sent just before the turn starts
     Json::Value device;                    // a device description applied just before the turn; null when none
     size_t wordsEndSample = 0;             // where the words or the tone end, when known (0: unknown)
+    int cancelAfterMs = -1;                // the daemon cancels the request this long after its stop (-1: never)
+    bool reload = false;                   // the daemon unloads the engine and loads it afresh before the turn
 };
 
 // How the daemon drives the plug-in: "gentle" (the simulator's own, patient

@@ -121,18 +121,21 @@ void Session::addPrivateData(const std::vector<PrivateData>& list)
     }
 }
 
-void Session::buildSteps()
+void Session::once(const char* name, std::function<void()> fn)
+{
+    mSteps.push_back({name,
+                      [fn] {
+                          fn();
+                          return true;
+                      },
+                      0});
+}
+
+// The daemon's calls from MarlEngine_initialize to the engine's private data.
+void Session::addEngineSetUp()
 {
     // The platform's daemon passes no user data to the callback setters.
     auto userData = [this](char* token) -> void* { return platform() ? nullptr : token; };
-    auto once = [this](const char* name, std::function<void()> fn) {
-        mSteps.push_back({name,
-                          [fn] {
-                              fn();
-                              return true;
-                          },
-                          0});
-    };
     once("initialize", [this] {
         invoke(call("MarlEngine_initialize", {}), [&] { return mEngine.initialize(); });
     });
@@ -182,25 +185,106 @@ void Session::buildSteps()
                [&] { return mEngine.set_commands(mCommandHandle); });
     });
     addPrivateData(mScenario.privateData);
+}
+
+void Session::buildSteps()
+{
+    addEngineSetUp();
     once("files after start-up", [this] { scanFiles(); });
-    for (size_t i = 0; i < mScenario.turns.size(); ++i)
-        addTurnSteps(i);
-    if (mOptions.nextTurn)
-        addNextTurnStep();
+    addNextTurn(0);
+}
+
+// A turn's steps are made when it comes, so that a long session holds those
+// of one turn only and the heap stays the same from turn to turn. After the
+// scenario's turns come those of marl-sim talk, one by one as they are said.
+void Session::addNextTurn(size_t index)
+{
+    once("next turn", [this, index] {
+        if (!mSkipTurns && (index < mScenario.turns.size() || takeTalkTurn())) {
+            addTurnSteps(index);
+            addNextTurn(index + 1);
+        } else {
+            addSessionEnd();
+        }
+    });
+}
+
+// vcp_unload_engine and dlclose, as the daemon does after deinitialize.
+void Session::unload()
+{
+    record(call("vcp_unload_engine", {}));  // returns nothing
+    mUnload();
+    closePlugin();
+}
+
+void Session::closePlugin()
+{
+    if (mSetObserver)
+        mSetObserver(nullptr, nullptr);
+    mSetObserver = nullptr;
+    record(call("dlclose", args({mOptions.plugin})));
+    dlclose(mHandle);
+    mHandle = nullptr;
+}
+
+// Before a turn that reloads the engine: it goes as at the end of a session
+// and comes back from a fresh dlopen, as at the start of one.
+void Session::addReloadSteps()
+{
+    once("reload", [this] {
+        record(note("the daemon unloads the engine and loads it again"));
+        invoke(call("MarlEngine_deinitialize", {}), [&] { return mEngine.deinitialize(); });
+        unload();
+        std::string error;
+        if (!load(error)) {
+            record(note("the plug-in cannot be loaded again: " + error));
+            mExit = kExitFailed;
+            mFinished = true;
+            mSteps.erase(mSteps.begin() + 1, mSteps.end());
+        }
+    });
+    addEngineSetUp();
+}
+
+// The gentle daemon unloads the engine in two main-loop iterations and
+// closes the library when its loop has ended. The platform daemon does all
+// three at once and lives on: its main loop runs 2 s more, in which nothing
+// of the unloaded plug-in may be left to run.
+void Session::addSessionEnd()
+{
+    // The transcript's last turn is handed on at the end: the daemon unloads
+    // the engine without waiting for it to be written.
     once("deinitialize", [this] {
-        mTranscript.flush();
         Json::Value section;
         section["kind"] = "section";
         section["text"] = "end of session";
         record(section);
         invoke(call("MarlEngine_deinitialize", {}), [&] { return mEngine.deinitialize(); });
+        if (platform()) {
+            unload();
+            record(note("the daemon's main loop runs on for 2 s"));
+        }
     });
-    once("vcp_unload_engine", [this] {
-        record(call("vcp_unload_engine", {}));  // returns nothing
-        mUnload();
-        scanFiles();
-        mFinished = true;
-    });
+    if (!platform()) {
+        once("vcp_unload_engine", [this] {
+            record(call("vcp_unload_engine", {}));  // returns nothing
+            mUnload();
+            scanFiles();
+            mFinished = true;
+        });
+        return;
+    }
+    mSteps.push_back({"after the unload",
+                      [this, waited = false]() mutable {
+                          if (!waited) {
+                              waited = true;
+                              return false;
+                          }
+                          scanFiles();
+                          mFinished = true;
+                          return true;
+                      },
+                      2.0});
 }
 
 void Session::schedule(double delay)
@@ -270,9 +354,8 @@ int Session::run(std::string& error)
                 schedule(0.0);
         }
     }
-    mSetObserver(nullptr, nullptr);
-    record(call("dlclose", args({mOptions.plugin})));
-    dlclose(mHandle);
+    if (mHandle)
+        closePlugin();
     mTranscript.poll();
     mTranscript.setPoller(nullptr);
     gSession = nullptr;

@@ -44,6 +44,9 @@ Json::Value call(const char* fn, Json::Value args);
 Json::Value args(std::initializer_list<Json::Value> values);
 Json::Value note(const std::string& text);
 
+// MARL_SIM_KEEP_PLUGIN_MAPPED=1: the plug-in stays mapped after dlclose.
+bool keepPluginMapped();
+
 // Copies raw 24 kHz mono 16-bit little-endian speech into a WAV file.
 bool writeSpeechWav(const std::string& pcm, const std::string& wav, std::string& error);
 
@@ -89,7 +92,14 @@ private:
 
     bool load(std::string& error);
     bool resolveStandIn(std::string& error);
+    void unload();
+    void closePlugin();
+    void once(const char* name, std::function<void()> fn);
     void buildSteps();
+    void addNextTurn(size_t index);
+    void addEngineSetUp();
+    void addReloadSteps();
+    void addSessionEnd();
     void addTurnSteps(size_t index);
     void addPrivateData(const std::vector<PrivateData>& list);
     void skipRestOfTurn();
@@ -99,13 +109,14 @@ private:
     bool feedPlatform(const Turn& turn);
     int sendChunk(const Turn& turn, size_t first, size_t count, size_t chunkSamples);
     void endTurn(const Turn& turn);
+    void stopOrCancel(bool cancel);
     bool settle();
     void finishTurn(const Turn& turn);
     void recordMemory();
     // The appliance's apps and clock (AppHandOver.cpp).
     bool prepareAppliance(std::string& error);
     void handOverResults(const Turn& turn);
-    void addNextTurnStep();
+    bool takeTalkTurn();
     const Turn& turnAt(size_t index) const;
     static Eina_Bool onWatchLaunches(void* data);
     static Eina_Bool onTickApps(void* data);
@@ -147,6 +158,7 @@ private:
     std::deque<Step> mSteps;
     Ecore_Timer* mTimer = nullptr;
     bool mFinished = false;
+    bool mSkipTurns = false;  // a turn timed out: the session goes to its end
     int mExit = kExitOk;
 
     // The turn in progress.
@@ -160,9 +172,11 @@ private:
     std::atomic<long long> mLastActivity{0};
     std::atomic<int> mActions{0};
     std::atomic<int> mResults{0};
-    // The platform daemon's request: from its start to the first result or
+    // The platform daemon's request: from its stop to the first result or
     // error; a result outside it is dropped.
     std::atomic<bool> mProcessing{false};
+    std::atomic<bool> mAnswered{false};  // the turn's result or error came (and was taken)
+    bool mCancelled = false;             // the daemon cancelled the turn's request
     bool mStartRefused = false;     // no command, or set_commands failed: the turn does not start
     size_t mEndOfSpeechChunk = 0;   // the chunk that reported the end of speech (0: none yet)
     bool mEngineStopped = false;    // the platform daemon stopped the engine by itself

@@ -12,6 +12,12 @@ namespace sim
 namespace session
 {
 
+bool keepPluginMapped()
+{
+    const char* keep = std::getenv("MARL_SIM_KEEP_PLUGIN_MAPPED");
+    return keep && std::string(keep) == "1";
+}
+
 bool Session::load(std::string& error)
 {
     record(call("dlopen", args({mOptions.plugin})));
@@ -20,8 +26,7 @@ bool Session::load(std::string& error)
     // exit: the leak check at exit can then name the plug-in's functions,
     // which its suppressions match. The last load of the run, so no later
     // load sees its state.
-    const char* keep = std::getenv("MARL_SIM_KEEP_PLUGIN_MAPPED");
-    const int mode = keep && std::string(keep) == "1" ? RTLD_LAZY | RTLD_NODELETE : RTLD_LAZY;
+    const int mode = keepPluginMapped() ? RTLD_LAZY | RTLD_NODELETE : RTLD_LAZY;
     mHandle = dlopen(mOptions.plugin.c_str(), mode);
     if (!mHandle) {
         error = std::string("cannot load the plug-in: ") + dlerror();

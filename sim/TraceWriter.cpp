@@ -1,5 +1,7 @@
 #include "TraceWriter.h"
 
+#include "Latency.h"
+
 #include "Transcript.h"
 
 #include <algorithm>
@@ -197,18 +199,10 @@ void TraceWriter::flushCallsExcept(int tid)
 
 void TraceWriter::endTurn(long long ms)
 {
-    end(mDriver, "driver", "driver response", ms, [] {
-        Json::Value args;
-        args["response"] = "none reached the library in this turn";
-        return args;
-    }());
-    end(mWait, "wait", "server-speech wait", ms, [] {
-        Json::Value args;
-        args["result"] = "none reached the daemon in this turn";
-        return args;
-    }());
     end(mTurnSpan, "turn", "turn " + std::to_string(mTurn), ms);
     mLibraryStartMs = mPlayStartMs = mSpeechInMs = -1;
+    mDriverTexts.clear();
+    mActionArgs = Json::Value();
 }
 
 void TraceWriter::speechEntry(const Json::Value& e, int tid, long long ms)
@@ -225,33 +219,61 @@ void TraceWriter::speechEntry(const Json::Value& e, int tid, long long ms)
         mLibraryStartMs = -1;
     } else if (what == "deliver") {
         const Json::Value& delivered = obs["event"];
-        if (delivered["type"] == "driverRequest" && !mDriver.open)
-            begin(mDriver, "driver", "driver response", ms);
         if (delivered["type"] == "nlu" &&
             (delivered.isMember("speechFile") || delivered.isMember("speechBytes")))
             mSpeechInMs = ms;
     } else if (what == "driverRequest") {
-        if (!mDriver.open)
-            begin(mDriver, "driver", "driver response", ms);
-        mDriver.args["request"] = obs["request"];
-        mDriver.args["response"] = obs["response"];
-    } else if (what == "processDriverResponse") {
-        end(mDriver, "driver", "driver response", ms, mDriver.args);
-    } else if (what == "executeOVAction" && !mWait.open) {
-        Json::Value args;
-        args["agent"] = obs["agent"];
-        args["spokenText"] = obs["spokenText"];
-        begin(mWait, "wait", "server-speech wait", ms, args);
+        Json::Value texts;
+        texts["request"] = obs["request"];
+        texts["response"] = obs["response"];
+        mDriverTexts.push_back(texts);
+    } else if (what == "executeOVAction" && mActionArgs.isNull()) {
+        mActionArgs["agent"] = obs["agent"];
+        mActionArgs["spokenText"] = obs["spokenText"];
     }
 }
 
+// The turn's spans from its stages: each driver request until its response
+// reached the library, the wait from the action to the daemon's result or
+// error (the server-speech wait), and the end of speech to the result. What
+// did not come ends with the turn.
 void TraceWriter::latency(const Json::Value& e)
 {
+    const long long start = e["startT"].isNumeric() ? e["startT"].asInt64() : mTurnStartMs;
+    const long long turnEnd = entryMs(e);
+    long long action = -1, answer = -1;
+    std::string answeredBy;
+    size_t requests = 0;
+    for (const TurnStage& stage : turnStages(e)) {
+        if (stage.number) {
+            Json::Value args = requests < mDriverTexts.size() ? mDriverTexts[requests] : Json::Value();
+            ++requests;
+            if (stage.endMs < 0)
+                args["response"] = "none reached the library in this turn";
+            AsyncSpan span;
+            begin(span, "driver", "driver response", start + stage.ms);
+            end(span, "driver", "driver response", stage.endMs >= 0 ? start + stage.endMs : turnEnd, args);
+        } else if (stage.key == "action") {
+            action = stage.ms;
+        } else if ((stage.key == "result" || stage.key == "error") && (answer < 0 || stage.ms < answer)) {
+            answer = stage.ms;
+            answeredBy = stage.key;
+        }
+    }
+    if (action >= 0) {
+        AsyncSpan span;
+        Json::Value args;
+        if (answer >= 0)
+            args["by"] = answeredBy;
+        else
+            args["result"] = "none reached the daemon in this turn";
+        begin(span, "wait", "server-speech wait", start + action, mActionArgs);
+        end(span, "wait", "server-speech wait", answer >= 0 ? start + answer : turnEnd, args);
+    }
     const Json::Value& stages = e["stages"];
-    if (!stages.isObject() || !stages["endOfSpeech"].isNumeric() ||
-        !e["endOfSpeechToResultMs"].isNumeric())
+    if (!stages["endOfSpeech"].isNumeric() || !e["endOfSpeechToResultMs"].isNumeric())
         return;
-    const long long from = mTurnStartMs + stages["endOfSpeech"].asInt64();
+    const long long from = start + stages["endOfSpeech"].asInt64();
     AsyncSpan span;
     Json::Value args;
     args["ms"] = e["endOfSpeechToResultMs"];
@@ -301,11 +323,6 @@ void TraceWriter::entry(const Json::Value& e)
     }
     if (kind == "speech")
         speechEntry(e, tid, ms);
-    if (kind == "callback" && (e["fn"] == "result" || e["fn"] == "error")) {
-        Json::Value args;
-        args["by"] = e["fn"];
-        end(mWait, "wait", "server-speech wait", ms, args);
-    }
     if (kind == "latency")
         latency(e);
     if (e["thread"] == "play" && mPlayStartMs < 0)

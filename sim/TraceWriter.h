@@ -15,9 +15,10 @@
 // from the start the library accepted to the data it reports), each playback
 // ("X" on the play worker, from its first entry or the speech that reached
 // the plug-in to the appliance's journal entry), and as async spans ("b"/"e")
-// each turn, each driver request until its response reaches the library, the
-// wait from an action to the daemon's result (the server-speech wait), and
-// the end of speech to the result when the turn's latency entry tells it.
+// each turn and, from the stages of the turn's latency entry, each driver
+// request until its response reaches the library, the wait from an action to
+// the daemon's result (the server-speech wait), and the end of speech to the
+// result.
 // Every other entry is an instant event with the entry as its "args".
 //
 // The events go to the file as the entries come; only the spans still open
@@ -86,7 +87,9 @@ private:
     // The turn in progress.
     int mTurn = 0;
     long long mTurnStartMs = 0;
-    AsyncSpan mTurnSpan, mDriver, mWait;
+    AsyncSpan mTurnSpan;
+    std::vector<Json::Value> mDriverTexts;  // each driver request with the plug-in's response
+    Json::Value mActionArgs;                // the parser's first action: its agent and spoken text
     long long mLibraryStartMs = -1;  // the start the library accepted, for its device-data pull
     long long mPlayStartMs = -1;     // the first sign of the play worker in this turn
     long long mSpeechInMs = -1;      // the last server speech that reached the plug-in

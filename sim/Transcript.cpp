@@ -44,7 +44,8 @@ size_t Transcript::add(Json::Value entry)
 {
     std::lock_guard<std::mutex> lock(mMutex);
     pollLocked();
-    entry["t"] = Json::Int64(elapsedMs());
+    if (!entry.isMember("t"))
+        entry["t"] = Json::Int64(elapsedMs());
     const auto name = mThreadNames.find(std::this_thread::get_id());
     entry["thread"] = name == mThreadNames.end() ? std::string("worker") : name->second;
     push(std::move(entry));

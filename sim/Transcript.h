@@ -65,7 +65,8 @@ public:
     bool threadNamed() const;
 
     // Thread-safe: listeners report on the libraries' threads. Returns the
-    // entry's number in the session, for set() and entriesFrom().
+    // entry's number in the session, for set() and entriesFrom(). The entry
+    // is stamped with the time now unless it has its "t" already.
     size_t add(Json::Value entry);
     // Sets a member of an entry already added and not yet flushed: a call's
     // result, known only after the things the call set off were recorded.

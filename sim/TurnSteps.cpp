@@ -6,7 +6,9 @@
 // daemon sets its commands before every start, feeds 10 ms chunks on a timer
 // as its recorder gives them, without waiting for the library, and stops the
 // recorder and the engine by itself one chunk after the plug-in reports the
-// end of speech.
+// end of speech. A turn is over for the gentle daemon when everything it set
+// off has settled; for the platform daemon when the request's result or error
+// has come, or it cancelled the request.
 #include "SessionImpl.h"
 
 #include "Latency.h"
@@ -49,8 +51,10 @@ void Session::addTurnSteps(size_t index)
     mSteps.push_back({"turn",
                       [this, index, &turn] {
                           // What earlier turns recorded is finished: hand it on.
-                          mTranscript.flush();
+                          // The turn begins now, whatever the handing on takes.
                           Json::Value entry;
+                          entry["t"] = Json::Int64(mTranscript.elapsedMs());
+                          mTranscript.flush();
                           entry["kind"] = "turn";
                           entry["turn"] = Json::UInt(index + 1);
                           entry["audio"] = turn.audioSource;
@@ -66,6 +70,8 @@ void Session::addTurnSteps(size_t index)
                           mEngineStopped = false;
                           mFeedSilence = false;
                           mTurnFirstEntry = record(entry);
+                          mAnswered = false;
+                          mCancelled = false;
                           if (!turn.device.isNull()) {
                               std::string error;
                               if (!vapp::applyDescription(turn.device, mScenario.dir, &error)) {
@@ -76,6 +82,8 @@ void Session::addTurnSteps(size_t index)
                           return true;
                       },
                       0});
+    if (turn.reload)
+        addReloadSteps();
     addPrivateData(turn.privateData);
     if (platform()) {
         mSteps.push_back(
@@ -109,7 +117,6 @@ void Session::addTurnSteps(size_t index)
                           mActions = 0;
                           mResults = 0;
                           mChunk = 0;
-                          mProcessing = true;
                           invoke(call("MarlEngine_start", args({true})),
                                  [&] { return mEngine.start(true); });
                           // A listening library may load its recognizer first:
@@ -188,10 +195,7 @@ bool Session::feedPlatform(const Turn& turn)
         // Restart after reject: only the engine stops; the recorder goes on.
         record(note("the daemon stops the engine " + std::to_string(kChunksAfterEnd) +
                     " chunk(s) after the reported end of speech; its recorder keeps going"));
-        if (turn.cancel)
-            invoke(call("MarlEngine_cancel", {}), [&] { return mEngine.cancel(); });
-        else
-            invoke(call("MarlEngine_stop", {}), [&] { return mEngine.stop(); });
+        stopOrCancel(turn.cancel);
         mEngineStopped = true;
     }
     const size_t first = mChunk * kPlatformChunk;
@@ -233,24 +237,44 @@ void Session::endTurn(const Turn& turn)
         record(note("the daemon stops the recorder and the engine " + std::to_string(mChunk - mEndOfSpeechChunk) +
                     " chunk(s) after the one that reported the end of speech"));
     }
-    if (turn.cancel)
-        invoke(call("MarlEngine_cancel", {}), [&] { return mEngine.cancel(); });
-    else
-        invoke(call("MarlEngine_stop", {}), [&] { return mEngine.stop(); });
+    stopOrCancel(turn.cancel);
 }
 
-// A turn has settled when the speech stand-in has delivered everything, no
-// worker thread of the plug-in runs, and every action the parser handed over
-// has reached the daemon (an action may wait up to 5 s for server speech on a
-// main-loop timer). An action that the plug-in dropped never reaches it: after
-// a quiet spell longer than that wait the turn counts as settled all the same.
-// Neither daemon gives up on a turn by itself; the time-out is the
+// The platform daemon processes the request from its stop to the request's
+// result or error; a cancel ends it.
+void Session::stopOrCancel(bool cancel)
+{
+    mProcessing = !cancel;
+    if (cancel) {
+        mCancelled = true;
+        invoke(call("MarlEngine_cancel", {}), [&] { return mEngine.cancel(); });
+    } else {
+        invoke(call("MarlEngine_stop", {}), [&] { return mEngine.stop(); });
+    }
+}
+
+// For the gentle daemon a turn has settled when the speech stand-in has
+// delivered everything, no worker thread of the plug-in runs, and every
+// action the parser handed over has reached the daemon (an action may wait up
+// to 5 s for server speech on a main-loop timer). An action that the plug-in
+// dropped never reaches it: after a quiet spell longer than that wait the
+// turn counts as settled all the same. The platform daemon is done with the
+// turn once the request's result or error came or it cancelled the request;
+// without either, as the gentle daemon, but it never waits for the plug-in's
+// threads. Neither daemon gives up on a turn by itself; the time-out is the
 // simulator's, so that a session that hangs still ends.
 bool Session::settle()
 {
     const long long now = mTranscript.elapsedMs();
+    const Turn* turn = mTurn.load();
+    if (turn && turn->cancelAfterMs >= 0 && !mCancelled && !mAnswered && now - mTurnEnded >= turn->cancelAfterMs) {
+        record(note("the daemon cancels the request " + std::to_string(turn->cancelAfterMs) + " ms after its stop"));
+        stopOrCancel(true);
+    }
+    if (platform() && (mAnswered || mCancelled))
+        return true;
     const bool idle = mWaitIdle(0) == 0;
-    const bool threads = ecore_thread_active_get() > 0 || ecore_thread_pending_get() > 0;
+    const bool threads = !platform() && (ecore_thread_active_get() > 0 || ecore_thread_pending_get() > 0);
     const bool waiting = mActions.load() > mResults.load();
     const bool quietLong = now - mLastActivity.load() > 6000;
     if (idle && !threads && (!waiting || quietLong)) {
@@ -270,7 +294,8 @@ bool Session::settle()
         text << "time-out: the turn did not settle within " << mOptions.turnTimeout << " s (" << why << ")";
         record(note(text.str()));
         mExit = kExitTimedOut;
-        while (mSteps.size() > 1 && mSteps[1].name != "deinitialize")
+        mSkipTurns = true;
+        while (mSteps.size() > 1 && mSteps[1].name != "next turn")
             mSteps.erase(mSteps.begin() + 1);
         return true;
     }

@@ -3,6 +3,8 @@
 // created with. The file's header is brought up to date after every write, so
 // the file is a valid WAV file even when the player never destroys its
 // handle. audio_out_destroy adds an "audio_playback" entry to the journal.
+// Writes take the time their samples take to play at the stream's rate, as
+// the device's do (audio_out.paced: false returns at once).
 #include "PlatformSection.h"
 
 #include <audio_io.h>
@@ -12,13 +14,16 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
+#include <chrono>
 #include <climits>
 #include <cstdio>
 #include <filesystem>
 #include <memory>
 #include <mutex>
 #include <string>
+#include <thread>
 
 namespace {
 
@@ -45,6 +50,8 @@ struct Playback {
     audio_sample_type_e sampleType = AUDIO_SAMPLE_TYPE_S16_LE;
     sound_type_e soundType = SOUND_TYPE_MEDIA;
     bool returnsSize = true;  // audio_out.write_returns
+    bool paced = true;        // audio_out.paced
+    std::chrono::steady_clock::time_point playedUntil;  // when the written samples have played
     bool prepared = false;
     int fd = -1;
     SNDFILE* file = nullptr;
@@ -57,6 +64,10 @@ struct Playback {
 };
 
 vapp::HandleTable<Playback> gPlaybacks;
+
+// The device's buffer and the period in which it plays it.
+const std::chrono::milliseconds kBuffered(100);
+const std::chrono::milliseconds kPeriod(20);
 
 std::shared_ptr<Playback> find(audio_out_h output)
 {
@@ -109,6 +120,12 @@ int create(const char* function, int rate, audio_channel_e channel, audio_sample
         return AUDIO_IO_ERROR_DEVICE_NOT_OPENED;
     }
     playback->returnsSize = writeReturns != "zero";
+    const Json::Value& paced = read.member("paced");
+    if (!paced.isNull() && !paced.isBool()) {
+        vapp::platformWarning("device.json: audio_out.paced must be true or false");
+        return AUDIO_IO_ERROR_DEVICE_NOT_OPENED;
+    }
+    playback->paced = paced.isNull() || paced.asBool();
     playback->rate = rate;
     playback->channel = channel;
     playback->sampleType = type;
@@ -191,7 +208,7 @@ int audio_out_write(audio_out_h output, void* buffer, unsigned int length)
     int code = 0;
     if (vapp::injectedError(__func__, &code))
         return code;
-    std::lock_guard<std::mutex> lock(playback->mutex);
+    std::unique_lock<std::mutex> lock(playback->mutex);
     if (!playback->file)
         return AUDIO_IO_ERROR_INVALID_PARAMETER;
     if (!playback->prepared)
@@ -212,7 +229,21 @@ int audio_out_write(audio_out_h output, void* buffer, unsigned int length)
         pending.erase(0, whole);
     }
     playback->bytes += length;
-    return playback->returnsSize ? static_cast<int>(length) : AUDIO_IO_ERROR_NONE;
+    const int answer = playback->returnsSize ? static_cast<int>(length) : AUDIO_IO_ERROR_NONE;
+    if (playback->paced) {
+        // The device plays what is written after what came before, from a
+        // buffer: a write that would fill it beyond kBuffered waits until a
+        // period has played. Nothing written for a while is silence played.
+        using namespace std::chrono;
+        const auto now = steady_clock::now();
+        const duration<double> playing(double(length) / playback->frameSize() / playback->rate);
+        playback->playedUntil = std::max(now, playback->playedUntil) + duration_cast<steady_clock::duration>(playing);
+        const auto wake = playback->playedUntil - kBuffered + kPeriod;
+        lock.unlock();  // the handle may be destroyed meanwhile
+        if (wake > now + kPeriod)
+            std::this_thread::sleep_until(wake);
+    }
+    return answer;
 }
 
 int audio_out_destroy(audio_out_h output)

@@ -22,6 +22,8 @@ const int TTS_SOUND_TYPE_MEDIA = 4;
 const unsigned int TTS_CHUNK_SIZE = 40;
 const int TTS_GAIN = 2;
 const double TTS_WAIT_SECONDS = 5.0;
+// How long teardown waits for the play thread to leave its loop: one write.
+const double PLAY_THREAD_END_SECONDS = 1.0;
 
 ICustomizedServerDefines* serverDefines()
 {
@@ -55,7 +57,13 @@ void* deleteTimerOnMainLoop(void* data)
     return nullptr;
 }
 
-void* onMainLoop(Ecore_Data_Cb work, TimerWork* data)
+void* waitForThreadOnMainLoop(void* data)
+{
+    Ecore_Thread* thread = static_cast<Ecore_Thread*>(data);
+    return ecore_thread_wait(thread, PLAY_THREAD_END_SECONDS) ? thread : nullptr;
+}
+
+void* onMainLoop(Ecore_Data_Cb work, void* data)
 {
     if (eina_main_loop_is())
         return work(data);
@@ -70,6 +78,7 @@ struct ServerTtsManager::Playback {
     unsigned int size;
     audio_out_h handle;          // play thread only
     std::atomic<bool> onPlaying;
+    std::atomic<bool> ending;    // the manager is going: no write after the one in hand
 };
 
 ServerTtsManager::ServerTtsManager()
@@ -89,16 +98,25 @@ ServerTtsManager::ServerTtsManager()
 ServerTtsManager::~ServerTtsManager()
 {
     requestServerTtsStop();
-    // The end or cancel callback of the playback may still be queued on the
-    // main loop: it frees the playback without coming back here.
-    if (mPlayback)
-        mPlayback->manager = nullptr;
-    mPlayback = nullptr;
+    _endPlayThread();
     _removeWatingTimer();
     removeFile(mTtsPcmPath);
     removeFile(mTtsOpusPath);
     delete mPendedResult;
     mPendedResult = nullptr;
+}
+
+void ServerTtsManager::_endPlayThread()
+{
+    if (!mPlayback)
+        return;
+    // The daemon may dlclose the plug-in right after: its play thread and callbacks must be done by then.
+    mPlayback->ending = true;
+    if (onMainLoop(waitForThreadOnMainLoop, mPlayThread))
+        return;  // its end or cancel callback has run and freed the playback
+    LOGE("the play thread did not end in time");
+    mPlayback->manager = nullptr;
+    mPlayback = nullptr;
 }
 
 void ServerTtsManager::init()
@@ -280,7 +298,7 @@ bool ServerTtsManager::requestServerTtsPlay(const char* ttsBuffer, unsigned int 
     }
     // The thread plays a copy of the gathered speech, which a new turn may
     // clear under it; without memory for the copy it finds no speech.
-    Playback* playback = new Playback{this, nullptr, 0, nullptr, {false}};
+    Playback* playback = new Playback{this, nullptr, 0, nullptr, {false}, {false}};
     if (mTtsBuf && mTtsBufSize != 0) {
         playback->samples = static_cast<char*>(malloc(mTtsBufSize));
         if (playback->samples) {
@@ -311,7 +329,7 @@ void ServerTtsManager::__threadStartCb(void* data, Ecore_Thread* thread)
 bool ServerTtsManager::playServerTts(const char* ttsBuffer, unsigned int ttsBufferLen)
 {
     // Plays the given speech in place, on the caller's thread.
-    Playback playback{this, const_cast<char*>(ttsBuffer), ttsBufferLen, nullptr, {false}};
+    Playback playback{this, const_cast<char*>(ttsBuffer), ttsBufferLen, nullptr, {false}, {false}};
     return playServerTts(&playback);
 }
 
@@ -372,6 +390,8 @@ bool ServerTtsManager::playServerTts(Playback* playback)
             LOGE("audio_out_write - ret[%d]", ret);
             break;
         }
+        if (playback->ending)
+            break;
     }
 
     _closeAudioOut(playback);

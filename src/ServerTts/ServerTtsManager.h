@@ -39,6 +39,7 @@ private:
     struct Playback;
 
     void _removeWatingTimer();
+    void _endPlayThread();
     static bool playServerTts(Playback* playback);
     static bool stopPlayingServerTts(Playback* playback);
     static void _closeAudioOut(Playback* playback);

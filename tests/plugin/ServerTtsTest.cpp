@@ -17,6 +17,7 @@ extern "C" size_t __sanitizer_get_current_allocated_bytes();
 #include <cstring>
 #include <fstream>
 #include <iterator>
+#include <thread>
 
 using marltest::EngineTest;
 using marltest::daemon;
@@ -276,12 +277,15 @@ size_t cancelCallbacks()
     return countOf(marltest::platformLog(), "__threadCancelCb(");
 }
 
-// The played file holds the speech of `speech`, doubled.
-void expectPlayedDoubled(const Json::Value& playback, const std::string& speech)
+// The played file holds the first `bytes` of `speech` (all of it by
+// default), doubled.
+void expectPlayedDoubled(const Json::Value& playback, const std::string& speech, size_t bytes = 0)
 {
-    EXPECT_EQ(playback["bytes"].asUInt(), speech.size());
+    if (!bytes)
+        bytes = speech.size();
+    EXPECT_EQ(playback["bytes"].asUInt(), bytes);
     const std::vector<short> samples = marltest::wavSamples(vapp::devicePath(playback["file"].asString()));
-    ASSERT_EQ(samples.size(), speech.size() / 2);
+    ASSERT_EQ(samples.size(), bytes / 2);
     size_t wrong = 0;
     for (size_t i = 0; i < samples.size(); ++i) {
         short sample = 0;
@@ -323,10 +327,14 @@ void bargeInRuns(const std::string& speech)
 }  // namespace
 
 // Language 6: the plug-in plays the speech itself; every write answers 0, so
-// the whole speech plays.
+// the whole speech plays, here without taking its real time.
 class ServerTtsBargeIn : public EngineTest {
 protected:
-    ServerTtsBargeIn() : EngineTest(R"({"vconf": {"db/orvane/setting/lang": 6}, "audio_out": {"write_returns": "zero"}})") {}
+    ServerTtsBargeIn()
+        : EngineTest(R"({"vconf": {"db/orvane/setting/lang": 6},
+                         "audio_out": {"write_returns": "zero", "paced": false}})")
+    {
+    }
 };
 
 // About five seconds of speech.
@@ -359,36 +367,89 @@ TEST_F(ServerTtsBargeIn, ANewStartWhileTheAnswerPlaysLeavesThePlayingSamplesWhol
     EXPECT_TRUE(marltest::logged("thread check failed"));
 }
 
-// Deleting the manager while the cancel callback of its playback is queued:
-// the callback frees the playback and leaves the deleted manager alone.
-TEST_F(ServerTtsBargeIn, TheManagerMayGoWhileItsCancelledPlaybackIsQueued)
-{
-    const std::string speech = rampSpeech(64 * 1024);
-    for (int run = 0; run < 5; ++run) {
-        SCOPED_TRACE(run);
-        const size_t cancelled = cancelCallbacks();
-        const size_t before = playbacks().size();
-        ServerTtsManager* manager = new ServerTtsManager();
-        ASSERT_TRUE(manager->copyServerTts(speech.data(), speech.size()));
+// Language 6 with an audio output that takes the real time of the speech, as
+// the device's does: five seconds of speech play for five seconds.
+class ServerTtsTeardown : public EngineTest {
+protected:
+    ServerTtsTeardown() : EngineTest(R"({"vconf": {"db/orvane/setting/lang": 6}, "audio_out": {"write_returns": "zero"}})") {}
+    ServerTtsManager* tts() { return wrapper()->getServerTtsManager(); }
+    void startPlaying(ServerTtsManager* manager)
+    {
+        ASSERT_TRUE(manager->copyServerTts(mSpeech.data(), mSpeech.size()));
         ASSERT_TRUE(manager->serverTtsReceiveDone());
         ASSERT_TRUE(marltest::runLoopUntil([&] { return manager->getOnPlaying(); }, 5000));
-        delete manager;  // cancels the thread, as at teardown
-        ASSERT_TRUE(marltest::runLoopUntil([&] { return cancelCallbacks() > cancelled; }, 20000));
-        ASSERT_EQ(playbacks().size(), before + 1);
-        expectPlayedDoubled(playbacks().back(), speech);
     }
+    // The one playback of the test was cut short: its file holds the first
+    // part of the speech, doubled.
+    void expectCutShort()
+    {
+        ASSERT_EQ(playbacks().size(), 1u);
+        const Json::Value playback = playbacks()[0];
+        EXPECT_GT(playback["bytes"].asUInt(), 0u);
+        EXPECT_LT(playback["bytes"].asUInt(), mSpeech.size());
+        expectPlayedDoubled(playback, mSpeech, playback["bytes"].asUInt());
+    }
+
+    const std::string mSpeech = rampSpeech(240000);  // 5 s at 24 kHz
+};
+
+// What the manager's playback leaves when the manager goes: nothing runs and
+// nothing waits on the main loop afterwards, so that the plug-in can be
+// unloaded at once.
+TEST_F(ServerTtsTeardown, DeletingTheManagerEndsItsPlaybackBeforeTheDeleteReturns)
+{
+    ServerTtsManager* manager = new ServerTtsManager();
+    startPlaying(manager);
+    delete manager;
+    EXPECT_EQ(cancelCallbacks(), 1u) << "the cancel callback ran inside the delete";
+    expectCutShort();
+    marltest::runLoopUntil([] { return false; }, 300);
+    EXPECT_EQ(cancelCallbacks(), 1u) << "nothing was left for the main loop";
 }
 
-// The engine's teardown while the cancel callback is queued.
-TEST_F(ServerTtsBargeIn, DeinitializeWhileTheCancelledPlaybackIsQueued)
+TEST_F(ServerTtsTeardown, DeinitializeEndsThePlaybackBeforeItReturns)
 {
-    const std::string speech = rampSpeech(64 * 1024);
-    ServerTtsManager* tts = wrapper()->getServerTtsManager();
-    ASSERT_TRUE(tts->copyServerTts(speech.data(), speech.size()));
-    ASSERT_TRUE(tts->serverTtsReceiveDone());
-    ASSERT_TRUE(marltest::runLoopUntil([&] { return tts->getOnPlaying(); }, 5000));
+    startPlaying(tts());
     ASSERT_EQ(MarlEngine_deinitialize(), 0);
-    ASSERT_TRUE(marltest::runLoopUntil([&] { return cancelCallbacks() > 0; }, 20000));
-    ASSERT_EQ(playbacks().size(), 1u);
+    EXPECT_EQ(cancelCallbacks(), 1u);
+    EXPECT_TRUE(marltest::logged("audio_out_destroy - ret[0]"));
+    expectCutShort();
     ASSERT_EQ(MarlEngine_initialize(), 0);  // for the fixture's teardown
+}
+
+// A new turn cancels the playback and lets it play on; the teardown still
+// ends it.
+TEST_F(ServerTtsTeardown, DeinitializeEndsAPlaybackThatANewTurnLeftPlaying)
+{
+    startPlaying(tts());
+    ASSERT_EQ(MarlEngine_start(false), 0);
+    EXPECT_TRUE(tts()->getOnPlaying());
+    EXPECT_EQ(cancelCallbacks(), 0u);
+    ASSERT_EQ(MarlEngine_deinitialize(), 0);
+    EXPECT_TRUE(marltest::logged("thread check failed"));
+    EXPECT_EQ(cancelCallbacks(), 1u);
+    expectCutShort();
+    ASSERT_EQ(MarlEngine_initialize(), 0);
+}
+
+// A playback that has ended but whose callback the main loop has not run yet:
+// the teardown's cancel turns it into the cancel callback, which the teardown
+// runs itself.
+TEST_F(ServerTtsTeardown, DeinitializeRunsTheQueuedCallbackItself)
+{
+    const std::string speech = rampSpeech(480);  // 10 ms
+    ASSERT_TRUE(tts()->copyServerTts(speech.data(), speech.size()));
+    ASSERT_TRUE(tts()->serverTtsReceiveDone());
+    const auto until = std::chrono::steady_clock::now() + std::chrono::seconds(10);
+    while (playbacks().empty() && std::chrono::steady_clock::now() < until)
+        std::this_thread::sleep_for(std::chrono::milliseconds(5));  // the main loop does not run
+    ASSERT_EQ(playbacks().size(), 1u);
+    EXPECT_EQ(playbacks()[0]["bytes"].asUInt(), speech.size());
+    EXPECT_EQ(cancelCallbacks(), 0u);
+    ASSERT_EQ(MarlEngine_deinitialize(), 0);
+    EXPECT_EQ(cancelCallbacks(), 1u);
+    marltest::runLoopUntil([] { return false; }, 200);
+    EXPECT_EQ(cancelCallbacks(), 1u);
+    EXPECT_EQ(countOf(marltest::platformLog(), "__threadEndCb("), 0u);
+    ASSERT_EQ(MarlEngine_initialize(), 0);
 }

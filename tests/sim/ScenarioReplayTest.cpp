@@ -9,6 +9,12 @@
 // NAME.platform.expected keeps the platform's whole transcript for a session
 // where one of the daemon's habits changes the answers (scenarios/README.md).
 //
+// The platform daemon feeds its chunks without waiting for the speech
+// library: how they fall into runs among the library's observations, and
+// whether the library reports the end of speech before the scenario's audio
+// runs out, vary from run to run, so its transcripts (a scenario of the
+// platform daemon, NAME.platform.expected) are compared without those lines.
+//
 // To take a new transcript as the expected one, run with
 // MARL_UPDATE_EXPECTED=1: the test writes NAME.expected and is skipped; read
 // the file (git diff) before keeping it.
@@ -16,6 +22,7 @@
 #include "SkipOutsideCi.h"
 
 #include <gtest/gtest.h>
+#include <json/json.h>
 
 #include <algorithm>
 #include <cctype>
@@ -38,6 +45,30 @@ std::vector<std::string> scenarioNames()
     return names;
 }
 
+// A transcript without the daemon's audio chunks, what the library saw of
+// them and the recorder's silence after the audio.
+std::string withoutAudio(const std::string& transcript)
+{
+    static const char* const audio[] = {"call     MarlEngine_set_recording_data", "speech   audio x",
+                                        "note     the audio has ended; the recorder gives silence"};
+    std::istringstream in(transcript);
+    std::string out, line;
+    while (std::getline(in, line))
+        if (std::none_of(std::begin(audio), std::end(audio),
+                         [&](const char* prefix) { return line.rfind(prefix, 0) == 0; }))
+            out += line + "\n";
+    return out;
+}
+
+bool playedByThePlatformDaemon(const fs::path& scenario)
+{
+    Json::CharReaderBuilder builder;
+    std::istringstream in(readText(scenario));
+    Json::Value root;
+    std::string errors;
+    return Json::parseFromStream(builder, in, &root, &errors) && root["daemon"] == "platform";
+}
+
 class ScenarioReplay : public ::testing::TestWithParam<std::string>
 {
 };
@@ -57,7 +88,10 @@ TEST_P(ScenarioReplay, TranscriptIsTheExpectedOne)
     }
     ASSERT_TRUE(fs::exists(expected)) << expected << " is missing; see sim/README.md";
     EXPECT_EQ(run.exitCode, 0) << run.err;
-    EXPECT_EQ(readText(expected), run.out) << "stderr:\n" << run.err;
+    if (playedByThePlatformDaemon(scenario))
+        EXPECT_EQ(withoutAudio(readText(expected)), withoutAudio(run.out)) << "stderr:\n" << run.err;
+    else
+        EXPECT_EQ(readText(expected), run.out) << "stderr:\n" << run.err;
 }
 
 // What the plug-in answered, from a normalized transcript: the turns, the
@@ -79,6 +113,11 @@ std::string answers(const std::string& transcript)
                 if (userData != std::string::npos)
                     line.erase(userData);
             }
+            // How much of a spoken answer played depends on when the
+            // platform daemon, done with the turn at its result, unloads the
+            // engine.
+            static const std::regex playedBytes("^(device   audio_playback: \\{\"bytes\":)[^,]*");
+            line = std::regex_replace(line, playedBytes, "$1\"?\"");
             out += line + "\n";
             break;
         }
@@ -106,7 +145,7 @@ TEST_P(PlatformReplay, PluginAnswersAsUnderTheGentleDaemon)
     }
     EXPECT_EQ(run.exitCode, 0) << run.err;
     if (fs::exists(platformExpected)) {
-        EXPECT_EQ(readText(platformExpected), run.out) << "stderr:\n" << run.err;
+        EXPECT_EQ(withoutAudio(readText(platformExpected)), withoutAudio(run.out)) << "stderr:\n" << run.err;
     } else {
         EXPECT_EQ(answers(readText(expected)), answers(run.out)) << run.out;
     }
@@ -131,6 +170,35 @@ TEST_P(PlatformReplay, PluginAnswersAsUnderTheGentleDaemon)
         previousCall = line;
     }
     EXPECT_GT(starts, 0);
+}
+
+// Without --fast the platform daemon's recorder gives a 10 ms chunk on each
+// tick of its main-loop timer, as a microphone does, and the plug-in answers
+// as in the checked transcript.
+TEST(PlatformPacedReplay, TheRecorderFeedsOnItsTimerAndThePluginAnswersAsExpected)
+{
+    const fs::path dir = MARL_SCENARIO_DIR;
+    Scratch scratch;
+    const fs::path json = scratch.path("transcript.json");
+    const SimResult run = runSim(scratch, {"run", (dir / "timer-dialogue.json").string(), "--normalized", "--daemon",
+                                           "platform", "--json", json.string(), "--device",
+                                           scratch.path("device").string()});
+    ASSERT_EQ(run.exitCode, 0) << run.err;
+    EXPECT_EQ(answers(readText(dir / "timer-dialogue.expected")), answers(run.out)) << run.out;
+
+    Json::CharReaderBuilder builder;
+    std::istringstream in(readText(json));
+    Json::Value transcript;
+    std::string errors;
+    ASSERT_TRUE(Json::parseFromStream(builder, in, &transcript, &errors)) << errors;
+    std::vector<long long> chunks;
+    for (const auto& e : transcript["entries"])
+        if (e["kind"] == "call" && e["fn"] == "MarlEngine_set_recording_data")
+            chunks.push_back(e["t"].asInt64());
+    ASSERT_GT(chunks.size(), 50u);
+    // A timer never fires before its time: chunk N comes 10 * N ms after the first at the earliest.
+    for (size_t i = 1; i < chunks.size(); ++i)
+        ASSERT_GE(chunks[i] - chunks[0], static_cast<long long>(10 * i) - 1) << "chunk " << i + 1;
 }
 
 std::string testName(const ::testing::TestParamInfo<std::string>& info)

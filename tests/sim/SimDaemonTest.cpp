@@ -209,6 +209,52 @@ TEST(SimDaemon, DriverRequestsAndTheirResponsesAreStagesOfTheTurn)
     EXPECT_LE(requests[0]["request"].asInt64(), requests[0]["response"].asInt64());
 }
 
+// A turn with "reload" is preceded by the engine's end and a fresh load, and
+// goes on as the first turn did.
+TEST(SimDaemon, AReloadUnloadsTheEngineAndLoadsItAfresh)
+{
+    Scratch scratch;
+    Json::Value scenario;
+    std::istringstream(kTwoTurns) >> scenario;
+    scenario["turns"][1]["reload"] = true;
+    for (const char* daemon : {"gentle", "platform"}) {
+        const Session s = runScenario(scratch, scenario.toStyledString(), {"--daemon", daemon});
+        ASSERT_EQ(s.run.exitCode, 0) << s.run.err;
+        std::vector<std::string> calls;
+        bool second = false;
+        for (const auto& e : s.transcript["entries"]) {
+            second = second || (e["kind"] == "turn" && e["turn"] == 2);
+            if (second && e["kind"] == "call" && e["fn"] != "MarlEngine_set_recording_data")
+                calls.push_back(e["fn"].asString());
+        }
+        ASSERT_GE(calls.size(), 7u) << daemon;
+        EXPECT_EQ(std::vector<std::string>(calls.begin(), calls.begin() + 7),
+                  (std::vector<std::string>{"MarlEngine_deinitialize", "vcp_unload_engine", "dlclose", "dlopen",
+                                            "vcp_load_engine", "MarlEngine_initialize", "MarlEngine_set_result_cb"}))
+            << daemon;
+        const auto results = entriesOf(s.transcript, "callback");
+        int taken = 0;
+        for (const auto& e : results)
+            taken += e["fn"] == "result" && !e.isMember("dropped");
+        EXPECT_EQ(taken, 2) << daemon;
+    }
+}
+
+TEST(SimDaemon, TurnMembersOfTheDaemonAreChecked)
+{
+    Scratch scratch;
+    const fs::path file = scratch.path("s.json");
+    writeText(file, R"({"engine": {"language": "en_US"}, "turns": [{"reload": "yes"}]})");
+    SimResult run = runSim(scratch, {"run", file.string()});
+    EXPECT_EQ(run.exitCode, 1);
+    EXPECT_NE(run.err.find("turns[0].reload: must be true or false"), std::string::npos) << run.err;
+    writeText(file, R"({"engine": {"language": "en_US"}, "turns": [{"cancelAfterMs": -5}]})");
+    run = runSim(scratch, {"run", file.string()});
+    EXPECT_EQ(run.exitCode, 1);
+    EXPECT_NE(run.err.find("turns[0].cancelAfterMs: must be a whole number of milliseconds"), std::string::npos)
+        << run.err;
+}
+
 TEST(SimDaemon, EveryEntryNamesTheThreadItWasRecordedOn)
 {
     Scratch scratch;

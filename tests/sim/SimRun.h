@@ -73,13 +73,17 @@ private:
 };
 
 // Runs marl-sim with `args`, the environment of the test plus `env`
-// ("NAME=value" each), from a scratch folder.
+// ("NAME=value" each; a bare "NAME" takes NAME away), from a scratch folder.
 inline SimResult runSim(const Scratch& scratch, const std::vector<std::string>& args,
                         const std::vector<std::string>& env = {})
 {
     std::string command = "env -u MARL_DEVICE_DIR -u MARL_PLUGIN";
     for (const auto& e : env)
-        command += " " + quoteArg(e);
+        if (e.find('=') == std::string::npos)
+            command += " -u " + quoteArg(e);
+    for (const auto& e : env)
+        if (e.find('=') != std::string::npos)
+            command += " " + quoteArg(e);
     command += " " + quoteArg(MARL_SIM);
     for (const auto& a : args)
         command += " " + quoteArg(a);

@@ -141,6 +141,21 @@ std::vector<Json::Value> eventsNamed(const Json::Value& trace, const std::string
     return found;
 }
 
+// The trace of made-up entries, written through a TraceWriter.
+Json::Value traceOf(std::initializer_list<const char*> entries)
+{
+    Scratch scratch;
+    const fs::path path = scratch.path("t.json");
+    sim::TraceWriter writer(path.string());
+    std::string error;
+    for (const char* json : entries)
+        writer.entry(parse(json, &error));
+    EXPECT_TRUE(writer.finish(Json::Value(Json::objectValue), &error)) << error;
+    const Json::Value trace = parse(readText(path), &error);
+    EXPECT_TRUE(trace.isObject()) << error;
+    return trace;
+}
+
 int tidOf(const std::map<int, std::string>& names, const std::string& name)
 {
     for (const auto& n : names)
@@ -256,24 +271,15 @@ TEST(SimTrace, PlaybackIsASpanOnThePlayWorkerEndingAtTheJournalEntry)
 
 TEST(SimTrace, EntriesGoToTheTrackOfTheirThread)
 {
-    Scratch scratch;
-    const fs::path path = scratch.path("t.json");
-    sim::TraceWriter writer(path.string());
-    auto entry = [&](const char* json) {
-        std::string errors;
-        writer.entry(parse(json, &errors));
-    };
-    entry(R"({"kind":"turn","turn":1,"t":10,"thread":"main"})");
-    entry(R"({"kind":"call","fn":"MarlEngine_stop","args":[],"ret":0,"t":20,"tEnd":23,"thread":"main"})");
-    entry(R"({"kind":"callback","fn":"result","event":0,"t":30,"thread":"speech"})");
-    entry(R"({"kind":"note","text":"retry","t":31,"thread":"ecore worker"})");
-    entry(R"({"kind":"note","text":"unnamed","t":32,"thread":"worker"})");
-    entry(R"({"kind":"device","event":"app_launch","t":33,"thread":"journal"})");
-    entry(R"({"kind":"latency","turn":1,"t":40,"stages":{"endOfSpeech":5,"result":20},"endOfSpeechToResultMs":15})");
-    std::string error;
-    ASSERT_TRUE(writer.finish(Json::Value(Json::objectValue), &error)) << error;
-    const Json::Value trace = parse(readText(path), &error);
-    ASSERT_TRUE(trace.isObject()) << error;
+    const Json::Value trace = traceOf({
+        R"({"kind":"turn","turn":1,"t":10,"thread":"main"})",
+        R"({"kind":"call","fn":"MarlEngine_stop","args":[],"ret":0,"t":20,"tEnd":23,"thread":"main"})",
+        R"({"kind":"callback","fn":"result","event":0,"t":30,"thread":"speech"})",
+        R"({"kind":"note","text":"retry","t":31,"thread":"ecore worker"})",
+        R"({"kind":"note","text":"unnamed","t":32,"thread":"worker"})",
+        R"({"kind":"device","event":"app_launch","t":33,"thread":"journal"})",
+        R"({"kind":"latency","turn":1,"t":40,"stages":{"endOfSpeech":5,"result":20},"endOfSpeechToResultMs":15})",
+    });
     const auto names = checkTrace(trace);
     const auto stop = eventsNamed(trace, "MarlEngine_stop", "X");
     ASSERT_EQ(stop.size(), 1u);
@@ -286,6 +292,36 @@ TEST(SimTrace, EntriesGoToTheTrackOfTheirThread)
     ASSERT_EQ(latency.size(), 1u);
     EXPECT_EQ(latency[0]["ts"].asInt64(), 15000) << "the turn's start plus its end of speech";
     EXPECT_EQ(eventsNamed(trace, "end of speech to result", "e").at(0)["ts"].asInt64(), 30000);
+}
+
+// The driver request, the server-speech wait and the end of speech to the
+// result are spans of the turn's stages, as its latency entry tells them,
+// counted from the start call.
+TEST(SimTrace, TheTurnsSpansComeFromItsStages)
+{
+    const Json::Value trace = traceOf({
+        R"({"kind":"turn","turn":1,"t":10,"thread":"main"})",
+        R"({"kind":"call","fn":"MarlEngine_start","args":[true],"ret":0,"t":12,"thread":"main"})",
+        R"({"kind":"speech","obs":{"what":"driverRequest","request":"timers?","response":"none"},"t":40,"thread":"speech"})",
+        R"({"kind":"speech","obs":{"what":"executeOVAction","agent":"Timer","spokenText":"Done."},"t":60,"thread":"speech"})",
+        R"({"kind":"latency","turn":1,"t":90,"startT":12,"stages":{"endOfSpeech":5,"driverRequests":[{"request":20,"response":30}],)"
+        R"("action":48,"result":70},"endOfSpeechToResultMs":65})",
+    });
+    checkTrace(trace);
+    const auto request = eventsNamed(trace, "driver response", "b"), response = eventsNamed(trace, "driver response", "e");
+    ASSERT_EQ(request.size(), 1u);
+    ASSERT_EQ(response.size(), 1u);
+    EXPECT_EQ(request[0]["ts"].asInt64(), 32000);
+    EXPECT_EQ(response[0]["ts"].asInt64(), 42000);
+    EXPECT_EQ(response[0]["args"]["request"], "timers?");
+    const auto wait = eventsNamed(trace, "server-speech wait", "b"), waited = eventsNamed(trace, "server-speech wait", "e");
+    ASSERT_EQ(wait.size(), 1u);
+    ASSERT_EQ(waited.size(), 1u);
+    EXPECT_EQ(wait[0]["ts"].asInt64(), 60000);
+    EXPECT_EQ(wait[0]["args"]["agent"], "Timer");
+    EXPECT_EQ(waited[0]["ts"].asInt64(), 82000);
+    EXPECT_EQ(waited[0]["args"]["by"], "result");
+    EXPECT_EQ(eventsNamed(trace, "end of speech to result", "b").at(0)["ts"].asInt64(), 17000);
 }
 
 TEST(SimTrace, AnUnwritableFileIsAnError)

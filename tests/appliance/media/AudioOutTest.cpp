@@ -5,6 +5,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <chrono>
 #include <cstdint>
 #include <cstring>
 #include <filesystem>
@@ -12,6 +13,7 @@
 #include <iterator>
 #include <set>
 #include <string>
+#include <thread>
 #include <vector>
 
 using marltest::TestDevice;
@@ -171,6 +173,84 @@ TEST(AudioOut, WriteAnswersZeroWhenTheDescriptionSaysSo)
 TEST(AudioOut, UnknownWriteAnswerInTheDescriptionFailsTheCreate)
 {
     TestDevice dev(R"({"audio_out": {"write_returns": "bytes"}})");
+    audio_out_h output = nullptr;
+    EXPECT_EQ(AUDIO_IO_ERROR_DEVICE_NOT_OPENED,
+              audio_out_create(24000, AUDIO_CHANNEL_MONO, AUDIO_SAMPLE_TYPE_S16_LE, SOUND_TYPE_MEDIA, &output));
+    EXPECT_EQ(nullptr, output);
+}
+
+namespace {
+
+// Writes `seconds` of 24 kHz mono 16-bit samples in pieces of 40 bytes and
+// returns how long the writes took, in seconds.
+double timeToWrite(audio_out_h output, double seconds)
+{
+    const std::vector<int16_t> piece(20, 100);
+    const auto start = std::chrono::steady_clock::now();
+    for (long i = 0; i < long(seconds * 24000 / 20); ++i)
+        EXPECT_EQ(40, audio_out_write(output, const_cast<int16_t*>(piece.data()), 40));
+    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+}
+
+}  // namespace
+
+// As on the device, the samples take their time to play: writing 1 s of
+// speech takes 1 s, less what the device's buffer of 100 ms still holds at
+// the end.
+TEST(AudioOut, WritingTakesTheTimeTheSamplesTakeToPlay)
+{
+    TestDevice dev;
+    audio_out_h output = createSpeechOutput();
+    ASSERT_EQ(AUDIO_IO_ERROR_NONE, audio_out_prepare(output));
+    EXPECT_GE(timeToWrite(output, 1.0), 0.9);
+    EXPECT_EQ(AUDIO_IO_ERROR_NONE, audio_out_destroy(output));
+    EXPECT_EQ(48000, playbacks().at(0)["bytes"].asInt());
+}
+
+// A player that comes back after a pause finds the buffer played out, as a
+// device that played silence meanwhile: the time it spent away is not owed.
+TEST(AudioOut, APauseIsNotMadeUpFor)
+{
+    TestDevice dev;
+    audio_out_h output = createSpeechOutput();
+    ASSERT_EQ(AUDIO_IO_ERROR_NONE, audio_out_prepare(output));
+    EXPECT_GE(timeToWrite(output, 0.3), 0.2);
+    std::this_thread::sleep_for(std::chrono::milliseconds(500));
+    EXPECT_GE(timeToWrite(output, 0.3), 0.2);
+    EXPECT_EQ(AUDIO_IO_ERROR_NONE, audio_out_destroy(output));
+}
+
+// A handle destroyed while a write of it sleeps: the write returns, the next
+// one finds the handle gone.
+TEST(AudioOut, AHandleMayBeDestroyedWhileAWriteWaits)
+{
+    TestDevice dev;
+    audio_out_h output = createSpeechOutput();
+    ASSERT_EQ(AUDIO_IO_ERROR_NONE, audio_out_prepare(output));
+    const std::vector<int16_t> second(24000, 100);
+    std::thread writer([&] {
+        EXPECT_EQ(48000, audio_out_write(output, const_cast<int16_t*>(second.data()), 48000));
+        EXPECT_EQ(AUDIO_IO_ERROR_INVALID_PARAMETER, audio_out_write(output, const_cast<int16_t*>(second.data()), 40));
+    });
+    std::this_thread::sleep_for(std::chrono::milliseconds(100));
+    EXPECT_EQ(AUDIO_IO_ERROR_NONE, audio_out_destroy(output));
+    writer.join();
+    EXPECT_EQ(48000, playbacks().at(0)["bytes"].asInt());
+}
+
+TEST(AudioOut, PacedFalseWritesAtOnce)
+{
+    TestDevice dev(R"({"audio_out": {"paced": false}})");
+    audio_out_h output = createSpeechOutput();
+    ASSERT_EQ(AUDIO_IO_ERROR_NONE, audio_out_prepare(output));
+    EXPECT_LT(timeToWrite(output, 30.0), 15.0);
+    EXPECT_EQ(AUDIO_IO_ERROR_NONE, audio_out_destroy(output));
+    EXPECT_EQ(30 * 48000, playbacks().at(0)["bytes"].asInt());
+}
+
+TEST(AudioOut, PacedMustBeTrueOrFalse)
+{
+    TestDevice dev(R"({"audio_out": {"paced": "no"}})");
     audio_out_h output = nullptr;
     EXPECT_EQ(AUDIO_IO_ERROR_DEVICE_NOT_OPENED,
               audio_out_create(24000, AUDIO_CHANNEL_MONO, AUDIO_SAMPLE_TYPE_S16_LE, SOUND_TYPE_MEDIA, &output));
