@@ -149,7 +149,7 @@ void DaemonLogSink::entry(const Json::Value& e)
              "[Engine agent] Event(" + event + "), Count(" + count + ") Text(" + shown(e["allResult"]) + ") Nonfixed(" +
                  shown(e["nonFixedResult"]) + ") Msg(" + shown(e["message"]) + ")");
         line(t, 'D', "vcd_engine_agent.c", "__result_cb", 491, "[Engine Agent SUCCESS] Get nlp info : " + shown(e["nluResult"]));
-        if (e["dropped"].asBool()) {
+        if (e.isMember("dropped")) {
             line(t, 'E', "vcd_server.c", "__vcd_server_result_cb", 282,
                  "[Server ERROR] Current state is not 'Processing' and mode is not 'Restart continuously'");
             return;

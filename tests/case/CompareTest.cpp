@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <regex>
+#include <sstream>
 
 namespace
 {
@@ -44,6 +45,37 @@ TEST(CaseCompare, ACaseReplayedOnTheSameBuildIsTheSame)
         << r.out;
     EXPECT_EQ("same\n", r.out.substr(r.out.size() - 5));
     EXPECT_EQ(answers(s.path("f/transcript.json")), answers(s.path("replay.json")));
+}
+
+TEST(CaseCompare, TheSameLinesInAnotherOrderAreTheSameTurn)
+{
+    // Two lines of a turn logged the other way round, as two threads may.
+    Scratch s;
+    fieldCase(s, "timer-replies");
+    std::vector<std::string> lines;
+    std::istringstream in(readText(s.path("f/dev/log/dlog.log")));
+    for (std::string line; std::getline(in, line);)
+        lines.push_back(line);
+    const auto message = [](const std::string& line) { return line.substr(line.find("): ") + 3); };
+    size_t at = 0;
+    while (at < lines.size() && lines[at].find("MarlEngine_start") == std::string::npos)
+        ++at;
+    for (at += 1; at + 1 < lines.size(); ++at)
+        if (lines[at].find("DeviceDataRetrieveManager.cpp") != std::string::npos &&
+            message(lines[at]) != message(lines[at + 1]))
+            break;
+    ASSERT_LT(at + 1, lines.size());
+    const std::string first = message(lines[at]);
+    lines[at] = lines[at].substr(0, lines[at].size() - first.size()) + message(lines[at + 1]);
+    lines[at + 1] = lines[at + 1].substr(0, lines[at + 1].size() - message(lines[at + 1]).size()) + first;
+    std::string swapped;
+    for (const std::string& line : lines)
+        swapped += line + "\n";
+    writeText(s.path("swapped.log"), swapped);
+    const ToolRun r = marlCase(s, {"compare", s.path("case.json"), s.path("swapped.log"), s.path("f/daemon.log"), "--fast"});
+    EXPECT_EQ(0, r.exitCode) << r.out << r.err;
+    EXPECT_NE(std::string::npos, r.out.find("turn 1: callbacks same (1), driver responses same (1), log lines same (")) << r.out;
+    EXPECT_NE(std::string::npos, r.out.find(" in another order, as its threads ran")) << r.out;
 }
 
 TEST(CaseCompare, AnotherDriverResponseInTheFieldIsShownAtItsTurnBesideThisBuildsAnswer)

@@ -24,7 +24,11 @@ const std::map<std::string, std::string> kNotReproduced = {
     {"app-bad-results", kAppsActed},
     {"spoken-music-conversation", kAppsActed},
     {"spoken-shopping-conversation", kAppsActed},
-    {"spoken-timer-conversation", kAppsActed}};
+    {"spoken-timer-conversation", kAppsActed},
+    {"result-after-cancel",
+     "the daemon cancels its first request while the speech service still answers it, and that late answer comes "
+     "during the next request; the case sets the server's events in the turns of the plug-in's log, so the replay's "
+     "daemon drops another result than the field's did"}};
 
 class RoundTrip : public ::testing::TestWithParam<std::string>
 {
