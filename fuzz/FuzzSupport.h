@@ -13,7 +13,9 @@ namespace marlfuzz {
 
 // Makes a fresh device directory from a device description (JSON text), names
 // it in MARL_DEVICE_DIR and removes it at exit. Aborts when the description
-// does not apply: the fuzzer would test nothing.
+// does not apply: the fuzzer would test nothing. The directory is made under
+// MARL_FUZZ_TMP (scripts/fuzz.sh: a folder in memory); its log goes to
+// /dev/null unless MARL_FUZZ_KEEP_LOG=1.
 void makeDevice(const std::string& description);
 
 // The device directory made by makeDevice().

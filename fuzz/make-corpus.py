@@ -44,7 +44,8 @@ for name in sorted(os.listdir(scenarios_dir)):
     engine = scenario.get("engine") or {}
     turns = scenario.get("turns") or []
 
-    # The data store, one line per row.
+    # The data store, one line per row, after the line that names its reader:
+    # each named reader, and each driver request of the scenario.
     rows = []
     for table, table_rows in (device.get("datastore") or {}).items():
         for row in table_rows:
@@ -53,7 +54,13 @@ for name in sorted(os.listdir(scenarios_dir)):
                 cells.append("%s=%s" % (column, ("#%d" % value) if isinstance(value, int) else value))
             rows.append("|".join(cells))
     if rows:
-        seed("data-store", "\n".join(rows) + "\n")
+        readers = ["music", "timer", "facets", "nlu", "mode"]
+        for turn in turns:
+            for event in turn.get("server") or []:
+                if event.get("type") == "driverRequest":
+                    readers.append(json.dumps(event.get("request")))
+        for reader in readers:
+            seed("data-store", reader + "\n" + "\n".join(rows) + "\n")
 
     # Location and weather files.
     for entry in device.get("files") or []:

@@ -8,10 +8,15 @@
 
 #define MARL_LOG_TAG "VoiceEnginePlugIn"
 
-#define MARL_FILE_NAME (strrchr(__FILE__, '/') ? strrchr(__FILE__, '/') + 1 : __FILE__)
+// The file name without its folders.
+inline const char* marlFileName(const char* path)
+{
+    const char* slash = strrchr(path, '/');
+    return slash ? slash + 1 : path;
+}
 
 #define MARL_LOG_WITH_TAG(prio, tag, fmt, ...)                                              \
-    dlog_print(prio, tag, "%s: %s(%d) > " fmt, MARL_FILE_NAME, __func__, __LINE__, ##__VA_ARGS__)
+    dlog_print(prio, tag, "%s: %s(%d) > " fmt, marlFileName(__FILE__), __func__, __LINE__, ##__VA_ARGS__)
 
 #define LOGD(fmt, ...) MARL_LOG_WITH_TAG(DLOG_DEBUG, MARL_LOG_TAG, fmt, ##__VA_ARGS__)
 #define LOGI(fmt, ...) MARL_LOG_WITH_TAG(DLOG_INFO, MARL_LOG_TAG, fmt, ##__VA_ARGS__)
@@ -26,12 +31,6 @@ struct MarlLogSite {
 };
 
 #define MARL_LOG_SITE (MarlLogSite{__FILE__, __func__, __LINE__})
-
-inline const char* marlFileName(const char* path)
-{
-    const char* slash = strrchr(path, '/');
-    return slash ? slash + 1 : path;
-}
 
 #define LOGD_AT(site, fmt, ...)                                                                 \
     dlog_print(DLOG_DEBUG, MARL_LOG_TAG, "%s: %s(%d) > " fmt, marlFileName((site).file), (site).function, \
