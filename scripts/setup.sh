@@ -11,6 +11,7 @@ packages=(
   libjson-glib-dev libjsoncpp-dev libsqlite3-dev sqlite3 libssl-dev libefl-all-dev libsndfile1-dev
   libgtest-dev libgmock-dev libbenchmark-dev
   libpocketsphinx-dev libsphinxbase-dev pocketsphinx-en-us libespeak-ng-dev espeak-ng-data libsamplerate0-dev
+  libspeexdsp-dev
   chromium  # renders the session page in its test, headless
 )
 
