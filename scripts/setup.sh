@@ -13,6 +13,7 @@ packages=(
   libxml2-dev  # reads the engine description as the platform does, in its test
   rpm cpio file  # scripts/package.sh builds the plug-in's RPM with rpmbuild and looks into it
   libpocketsphinx-dev libsphinxbase-dev pocketsphinx-en-us libespeak-ng-dev espeak-ng-data libsamplerate0-dev
+  libspeexdsp-dev
   chromium  # renders the session page in its test, headless
 )
 

@@ -159,6 +159,9 @@ void Recognizer::start()
     if (mInUtterance)
         abandon();
     mAudio.clear();
+    mPending.clear();
+    mTaken = 0;
+    mPreprocessor.reset();
     if (ps_start_utt(mDecoder) < 0)
         return;
     mInUtterance = true;
@@ -168,12 +171,16 @@ void Recognizer::feed(const int16_t* samples, size_t count)
 {
     if (!mInUtterance || !samples)
         return;
-    if (mAudio.size() + count > kMaxSamples)
-        count = kMaxSamples - mAudio.size();
+    if (mTaken + count > kMaxSamples)
+        count = kMaxSamples - mTaken;
     if (count == 0)
         return;
-    mAudio.insert(mAudio.end(), samples, samples + count);
-    ps_process_raw(mDecoder, samples, count, FALSE, FALSE);
+    mTaken += count;
+    mPending.insert(mPending.end(), samples, samples + count);
+    const size_t done = mPreprocessor.process(mPending.data(), mPending.size());
+    mAudio.insert(mAudio.end(), mPending.begin(), mPending.begin() + static_cast<std::ptrdiff_t>(done));
+    ps_process_raw(mDecoder, mPending.data(), done, FALSE, FALSE);
+    mPending.erase(mPending.begin(), mPending.begin() + static_cast<std::ptrdiff_t>(done));
 }
 
 std::string Recognizer::partial()
@@ -190,7 +197,10 @@ void Recognizer::abandon()
     if (mInUtterance)
         ps_end_utt(mDecoder);
     mInUtterance = false;
+    // Less than a frame of the preprocessor is left: it goes on as it came.
+    mAudio.insert(mAudio.end(), mPending.begin(), mPending.end());
     mAudio.clear();
+    mPending.clear();
 }
 
 Recognition Recognizer::finish()
@@ -200,6 +210,8 @@ Recognition Recognizer::finish()
         return result;
     ps_end_utt(mDecoder);
     mInUtterance = false;
+    // Less than a frame of the preprocessor is left: it goes on as it came.
+    mAudio.insert(mAudio.end(), mPending.begin(), mPending.end());
     // The final pass: the whole utterance at once, its cepstral mean taken
     // over itself, so that the result does not depend on earlier audio.
     int32 score = 0;
@@ -225,6 +237,7 @@ Recognition Recognizer::finish()
         result.accepted = result.score >= kMinScore;
     }
     mAudio.clear();
+    mPending.clear();
     return result;
 }
 

@@ -1,10 +1,13 @@
 // Recognition of 16 kHz mono speech against a grammar, with pocketsphinx and
-// its US English model. Audio is fed as it comes; a partial hypothesis can
+// its US English model. Audio is fed as it comes, through noise suppression
+// when the room is noisy (Preprocessor.h); a partial hypothesis can
 // be asked for at any time, and finish() gives the final one with a score
 // that tells how much better the grammar explains the audio than a free
 // loop of phones does.
 #ifndef VOICE_RECOGNIZER_H
 #define VOICE_RECOGNIZER_H
+
+#include "voice/Preprocessor.h"
 
 #include <cstdint>
 #include <string>
@@ -58,7 +61,10 @@ private:
     ps_decoder_s* mDecoder = nullptr;
     ps_decoder_s* mLoop = nullptr;
     bool mInUtterance = false;
-    std::vector<int16_t> mAudio;
+    Preprocessor mPreprocessor;
+    std::vector<int16_t> mAudio;    // the utterance as preprocessed
+    std::vector<int16_t> mPending;  // samples that wait for a whole frame of the preprocessor
+    size_t mTaken = 0;              // samples of the utterance taken
 };
 
 }  // namespace voice
