@@ -18,6 +18,7 @@
 // To take a new transcript as the expected one, run with
 // MARL_UPDATE_EXPECTED=1: the test writes NAME.expected and is skipped; read
 // the file (git diff) before keeping it.
+#include "ScenarioNames.h"
 #include "SimRun.h"
 #include "SkipOutsideCi.h"
 
@@ -33,17 +34,6 @@ namespace
 {
 
 using namespace simtest;
-
-std::vector<std::string> scenarioNames()
-{
-    std::vector<std::string> names;
-    std::error_code ec;
-    for (const auto& entry : fs::directory_iterator(MARL_SCENARIO_DIR, ec))
-        if (entry.path().extension() == ".json")
-            names.push_back(entry.path().stem().string());
-    std::sort(names.begin(), names.end());
-    return names;
-}
 
 // A transcript without the daemon's audio chunks, what the library saw of
 // them and the recorder's silence after the audio.
@@ -201,22 +191,9 @@ TEST(PlatformPacedReplay, TheRecorderFeedsOnItsTimerAndThePluginAnswersAsExpecte
         ASSERT_GE(chunks[i] - chunks[0], static_cast<long long>(10 * i) - 1) << "chunk " << i + 1;
 }
 
-std::string testName(const ::testing::TestParamInfo<std::string>& info)
-{
-    std::string name;
-    bool upper = true;
-    for (char c : info.param) {
-        if (!std::isalnum(static_cast<unsigned char>(c))) {
-            upper = true;
-            continue;
-        }
-        name += upper ? static_cast<char>(std::toupper(static_cast<unsigned char>(c))) : c;
-        upper = false;
-    }
-    return name;
-}
-
-INSTANTIATE_TEST_SUITE_P(Scenarios, ScenarioReplay, ::testing::ValuesIn(scenarioNames()), testName);
-INSTANTIATE_TEST_SUITE_P(Scenarios, PlatformReplay, ::testing::ValuesIn(scenarioNames()), testName);
+INSTANTIATE_TEST_SUITE_P(Scenarios, ScenarioReplay, ::testing::ValuesIn(marltest::scenarioNames(MARL_SCENARIO_DIR)),
+                         marltest::scenarioTestName);
+INSTANTIATE_TEST_SUITE_P(Scenarios, PlatformReplay, ::testing::ValuesIn(marltest::scenarioNames(MARL_SCENARIO_DIR)),
+                         marltest::scenarioTestName);
 
 }  // namespace
