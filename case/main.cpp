@@ -3,7 +3,7 @@
 //   marl-case build LOG... [--device DESCRIPTION.json] [--session N] -o CASE.json [--lenient]
 //   marl-case compare CASE.json LOG... [marl-sim run's options]
 //
-// See "Field cases" in README.md.
+// See case/README.md.
 #include "CaseWriter.h"
 #include "Compare.h"
 #include "Model.h"

@@ -1,7 +1,7 @@
 // --daemon-log FILE: the daemon's side of the session as the platform's
 // voice-control daemon logs it (tag "vcd"), in the virtual appliance's log
 // form, so that a case can be built from the plug-in's log and the daemon's
-// together (marl-case, README.md "Field cases").
+// together (marl-case, case/README.md).
 #pragma once
 
 #include "Scenario.h"

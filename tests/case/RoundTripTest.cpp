@@ -2,7 +2,7 @@
 // plug-in's log, the daemon's log that marl-sim writes, the device exported
 // after the session), built into a case with marl-case and replayed; the
 // plug-in must call the daemon back and answer the driver requests as in the
-// session itself. README.md ("Field cases") names the scenarios that do not
+// session itself. case/README.md names the scenarios that do not
 // come back and why; this list is theirs.
 #include "CaseRun.h"
 #include "ScenarioNames.h"
