@@ -14,7 +14,7 @@ packages=(
   libc6-dev libstdc++-12-dev
   libjson-glib-dev libjsoncpp-dev libsqlite3-dev libssl-dev libefl-all-dev libsndfile1-dev
   libgtest-dev libgmock-dev libbenchmark-dev
-  libpocketsphinx-dev libsphinxbase-dev libespeak-ng-dev libsamplerate0-dev pocketsphinx-en-us
+  libpocketsphinx-dev libsphinxbase-dev libespeak-ng-dev libsamplerate0-dev libspeexdsp-dev pocketsphinx-en-us
 )
 stamp="$sysroot/.marl-sysroot"
 wanted="$suite ${packages[*]}"
