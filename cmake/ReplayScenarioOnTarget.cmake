@@ -41,9 +41,21 @@ if(NOT expected_load EQUAL -1 AND target_load EQUAL -1)
 endif()
 
 string(REPLACE "${target_tables}" "${host_tables}" comparable "${out}")
+# The platform's daemon feeds the audio by a timer, so how its chunks fall
+# between the plug-in's calls depends on the machine's pace (emulation's most
+# of all): its chunks, what the library saw of them and the recorder's silence
+# are left out, as the host's replay test does.
+file(READ ${SCENARIO} scenario_text)
+string(JSON daemon ERROR_VARIABLE no_daemon GET "${scenario_text}" daemon)
+if(daemon STREQUAL "platform")
+  set(audio_lines "\n(call     MarlEngine_set_recording_data|speech   audio x|note     the audio has ended; the recorder gives silence)[^\n]*")
+  string(REGEX REPLACE "${audio_lines}" "" expected "${expected}")
+  string(REGEX REPLACE "${audio_lines}" "" comparable "${comparable}")
+endif()
 if(NOT comparable STREQUAL expected)
+  file(WRITE ${WORK}/expected.txt "${expected}")
   file(WRITE ${WORK}/comparable.txt "${comparable}")
-  execute_process(COMMAND diff -u ${EXPECTED} ${WORK}/comparable.txt OUTPUT_VARIABLE difference)
+  execute_process(COMMAND diff -u ${WORK}/expected.txt ${WORK}/comparable.txt OUTPUT_VARIABLE difference)
   message(FATAL_ERROR "the transcript differs from ${EXPECTED}:\n${difference}\nstderr:\n${err}")
 endif()
 message(STATUS "same transcript as on the host; tables of 20 and 96 bytes")
