@@ -172,6 +172,8 @@ void readDaemon(const std::vector<const LogLine*>& lines, DaemonSession& d)
             if (d.turns.size() > 1)
                 d.turns.back().privateData = pending;
             pending.clear();
+            // An agent's result whose server line never came stays in its turn.
+            agentResult = false;
         } else if (!t) {
             continue;
         } else if (startsWith(text, "[IN] vcd mgr stop") || startsWith(text, "===== Silence Detected") ||

@@ -270,6 +270,31 @@ TEST(Sessions, TheDaemonsLinesGiveTheCommandsTheStopsAndTheResults)
     EXPECT_TRUE(s[0].turns[1].callbacks.empty());
 }
 
+TEST(Sessions, AnNlpInfoLineAfterANewTurnWaitsForTheServersResult)
+{
+    // The engine agent tells a result, a new turn starts before the server's
+    // line, and the agent's nlp info comes then: it belongs to the result the
+    // server tells next, not to the new turn's (still empty) callbacks.
+    const std::string d = "2024-05-02 14:00:00.000 D/vcd( 4711): ";
+    const std::string daemon =
+        d + "vcd_server.c: vcd_server_mgr_start(1112) > [Server] set recognition mode = 1\n" + d +
+        "vcd_engine_agent.c: __result_cb(480) > [Engine agent] Event(0), Count(1) Text(set the fridge to 3) "
+        "Nonfixed((null)) Msg(vc.result.message.none)\n" +
+        d + "vcd_server.c: vcd_server_mgr_start(1112) > [Server] set recognition mode = 1\n" + d +
+        "vcd_engine_agent.c: __result_cb(491) > [Engine Agent SUCCESS] Get nlp info : {\"n\":2}\n" + d +
+        "vcd_server.c: __vcd_server_result_cb(296) > [Server] Event(0), Text(set the fridge to 4) Nonfixed((null)) "
+        "Msg(vc.result.message.none) Result count(1)\n";
+    std::vector<std::string> warnings;
+    const auto s = sessions({pluginLog(4711), daemon}, warnings);
+    ASSERT_EQ(1u, s.size());
+    ASSERT_EQ(2u, s[0].turns.size());
+    ASSERT_EQ(1u, s[0].turns[0].callbacks.size());
+    EXPECT_FALSE(s[0].turns[0].callbacks[0].json.isMember("nluResult"));
+    ASSERT_EQ(1u, s[0].turns[1].callbacks.size());
+    EXPECT_EQ("set the fridge to 4", s[0].turns[1].callbacks[0].json["allResult"].asString());
+    EXPECT_EQ("{\"n\":2}", s[0].turns[1].callbacks[0].json["nluResult"].asString());
+}
+
 TEST(Sessions, TakesTheLinesOfEachProcessApartAndSaysSo)
 {
     // Two processes logging at once, their lines interleaved.
