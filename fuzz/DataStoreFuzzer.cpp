@@ -6,8 +6,8 @@
 // recipe app, the morning brief and the shopping list) and "mode"
 // (the recognition mode); any other line picks one of these five by its length.
 // Each further line is one row, "Table|column=value|column=value..."; a value
-// written "#123" is stored as an integer. A table the input does not name is
-// missing from the store.
+// written "#123" is stored as an integer. A table that the input gives no row
+// is empty; a line "-Table" takes the table out of the store.
 #include "FuzzSupport.h"
 
 #include "RetrieveImpl/DA/DaCustomizedDriverResponseRetriever.h"
@@ -43,40 +43,82 @@ struct Row {
     std::vector<std::pair<std::string, std::string>> cells;
 };
 
-// The columns of each table: those that the seeds give, which are those of
-// the apps that publish the tables. A table keeps its columns from input to
-// input, as its app defines them, so the store's readers keep their prepared
-// statements and an input frees what it allocates; a cell of another name is
-// left out, as a column that its row does not give.
-std::map<std::string, std::vector<std::string>> gColumns;
-// The store's writer, open from input to input, and the tables in the store.
-sqlite3* gStore = nullptr;
-std::set<std::string> gPresent;
+// A table of the store. Its columns are those that the seeds give, which are
+// those of the apps that publish the tables; a cell of another name is left
+// out, as a column that its row does not give. Every table is in the store
+// from the start: under its own name, or, while an input takes it out, empty
+// and under its name with kAway before it, where a reader finds it missing.
+// Its statements are prepared once. So the store's schema keeps its tables and
+// columns, the readers' connections keep their statements, and an input frees
+// what it allocates: an input that allocates more is run again by libFuzzer,
+// which then looks for leaks. A change of the schema costs more than a whole
+// input otherwise (every connection reads the schema again), hence only the
+// inputs that say so take a table out.
+struct Table {
+    std::vector<std::string> columns;
+    bool present = true;             // under its own name
+    sqlite3_stmt* clear = nullptr;   // prepared at first use
+    sqlite3_stmt* insert = nullptr;  // every column; one that the row does not give is NULL
+};
 
-void exec(sqlite3* db, const std::string& sql)
+const std::string kAway = "away_";
+std::map<std::string, Table> gTables;
+// The store's writer, open from input to input.
+sqlite3* gStore = nullptr;
+sqlite3_stmt* gBegin = nullptr;
+sqlite3_stmt* gCommit = nullptr;
+
+void exec(const std::string& sql)
 {
-    sqlite3_exec(db, sql.c_str(), nullptr, nullptr, nullptr);
+    sqlite3_exec(gStore, sql.c_str(), nullptr, nullptr, nullptr);
 }
 
-// Table name to its rows, the reader's line left out.
-std::map<std::string, std::vector<Row>> rowsOf(const std::vector<std::string>& lines, bool allColumns)
+sqlite3_stmt* prepare(sqlite3_stmt*& statement, const std::string& sql)
 {
-    std::map<std::string, std::vector<Row>> tables;
+    if (!statement)
+        sqlite3_prepare_v2(gStore, sql.c_str(), -1, &statement, nullptr);
+    return statement;
+}
+
+void run(sqlite3_stmt* statement)
+{
+    if (!statement)
+        return;
+    sqlite3_step(statement);
+    sqlite3_reset(statement);
+    sqlite3_clear_bindings(statement);
+}
+
+// The input's tables: the rows of each, and those it takes out of the store.
+struct Tables {
+    std::map<std::string, std::vector<Row>> rows;
+    std::set<std::string> missing;
+};
+
+// The tables of the input's lines, the reader's line left out.
+Tables tablesOf(const std::vector<std::string>& lines, bool allColumns)
+{
+    Tables tables;
     for (size_t l = 1; l < lines.size(); ++l) {
-        const std::vector<std::string> fields = marlfuzz::splitOn(lines[l], '|');
-        const auto columns = gColumns.find(fields[0]);
-        if (columns == gColumns.end())
+        if (!lines[l].empty() && lines[l][0] == '-' && gTables.count(lines[l].substr(1))) {
+            tables.missing.insert(lines[l].substr(1));
             continue;
+        }
+        const std::vector<std::string> fields = marlfuzz::splitOn(lines[l], '|');
+        const auto table = gTables.find(fields[0]);
+        if (table == gTables.end())
+            continue;
+        const std::vector<std::string>& columns = table->second.columns;
         Row row;
         for (size_t i = 1; i < fields.size() && row.cells.size() < 64; ++i) {
             const auto equals = fields[i].find('=');
             if (equals == std::string::npos || equals == 0)
                 continue;
             std::string name = fields[i].substr(0, equals);
-            if (allColumns || std::count(columns->second.begin(), columns->second.end(), name))
+            if (allColumns || std::count(columns.begin(), columns.end(), name))
                 row.cells.emplace_back(std::move(name), fields[i].substr(equals + 1));
         }
-        tables[fields[0]].push_back(row);
+        tables.rows[fields[0]].push_back(row);
     }
     return tables;
 }
@@ -84,76 +126,86 @@ std::map<std::string, std::vector<Row>> rowsOf(const std::vector<std::string>& l
 void learnColumns()
 {
     for (const char* table : kTables)
-        gColumns[table];
+        gTables[table];
     for (const auto& entry : std::filesystem::directory_iterator(MARL_FUZZ_DIR "/corpus/data-store")) {
         std::ifstream file(entry.path());
         std::stringstream text;
         text << file.rdbuf();
-        for (const auto& table : rowsOf(marlfuzz::splitOn(text.str(), '\n'), true))
+        for (const auto& table : tablesOf(marlfuzz::splitOn(text.str(), '\n'), true).rows) {
+            std::vector<std::string>& columns = gTables[table.first].columns;
             for (const Row& row : table.second)
                 for (const auto& cell : row.cells)
-                    if (!std::count(gColumns[table.first].begin(), gColumns[table.first].end(), cell.first))
-                        gColumns[table.first].push_back(cell.first);
+                    if (!std::count(columns.begin(), columns.end(), cell.first))
+                        columns.push_back(cell.first);
+        }
     }
     // A table needs a column; one that no row fills is never delivered.
-    for (auto& table : gColumns)
-        if (table.second.empty())
-            table.second.push_back("unused");
+    for (auto& table : gTables)
+        if (table.second.columns.empty())
+            table.second.columns.push_back("unused");
+}
+
+// Every table, empty, in place of the fuzz device's tables of these names.
+void createTables()
+{
+    prepare(gBegin, "BEGIN");
+    prepare(gCommit, "COMMIT");
+    for (const auto& table : gTables) {
+        std::string create;
+        for (const auto& column : table.second.columns)
+            create += (create.empty() ? "" : ", ") + vapp::quoteSqlIdentifier(column);
+        exec("DROP TABLE IF EXISTS " + vapp::quoteSqlIdentifier(table.first));
+        exec("CREATE TABLE " + vapp::quoteSqlIdentifier(table.first) + " (" + create + ")");
+    }
 }
 
 void writeStore(const std::vector<std::string>& lines)
 {
-    const std::map<std::string, std::vector<Row>> tables = rowsOf(lines, false);
-    sqlite3* db = gStore;
-    exec(db, "BEGIN");
-    for (const auto& columns : gColumns) {
-        const std::string name = vapp::quoteSqlIdentifier(columns.first);
-        const bool wanted = tables.count(columns.first) != 0;
-        if (wanted && !gPresent.count(columns.first)) {
-            std::string create;
-            for (const auto& column : columns.second)
-                create += (create.empty() ? "" : ", ") + vapp::quoteSqlIdentifier(column);
-            exec(db, "CREATE TABLE " + name + " (" + create + ")");
-            gPresent.insert(columns.first);
-        } else if (!wanted && gPresent.erase(columns.first)) {
-            exec(db, "DROP TABLE " + name);
-        } else if (wanted) {
-            exec(db, "DELETE FROM " + name);
+    const Tables tables = tablesOf(lines, false);
+    run(gBegin);
+    for (auto& entry : gTables) {
+        Table& table = entry.second;
+        const std::string name = vapp::quoteSqlIdentifier(entry.first);
+        if (table.present)
+            run(prepare(table.clear, "DELETE FROM " + name));
+        const bool wanted = tables.missing.count(entry.first) == 0;
+        if (wanted != table.present) {
+            const std::string away = vapp::quoteSqlIdentifier(kAway + entry.first);
+            exec("ALTER TABLE " + (wanted ? away + " RENAME TO " + name : name + " RENAME TO " + away));
+            table.present = wanted;
         }
     }
-    // Rows that fill the same columns share their statement within an input.
-    std::map<std::string, sqlite3_stmt*> inserts;
-    for (const auto& table : tables) {
-        const std::string name = vapp::quoteSqlIdentifier(table.first);
-        for (const Row& row : table.second) {
+    for (const auto& entry : tables.rows) {
+        Table& table = gTables[entry.first];
+        if (!table.present)
+            continue;
+        const std::vector<std::string>& columns = table.columns;
+        if (!table.insert) {
             std::string names;
             std::string marks;
-            for (const auto& cell : row.cells) {
-                names += (names.empty() ? "" : ", ") + vapp::quoteSqlIdentifier(cell.first);
+            for (const auto& column : columns) {
+                names += (names.empty() ? "" : ", ") + vapp::quoteSqlIdentifier(column);
                 marks += marks.empty() ? "?" : ", ?";
             }
-            const std::string insert = row.cells.empty()
-                                           ? "INSERT INTO " + name + " DEFAULT VALUES"
-                                           : "INSERT INTO " + name + " (" + names + ") VALUES (" + marks + ")";
-            sqlite3_stmt*& statement = inserts[insert];
-            if (!statement && sqlite3_prepare_v2(db, insert.c_str(), -1, &statement, nullptr) != SQLITE_OK)
-                continue;
-            sqlite3_reset(statement);
-            int index = 1;
+            prepare(table.insert,
+                    "INSERT INTO " + vapp::quoteSqlIdentifier(entry.first) + " (" + names + ") VALUES (" + marks + ")");
+        }
+        if (!table.insert)
+            continue;
+        for (const Row& row : entry.second) {
             for (const auto& cell : row.cells) {
+                const int index = static_cast<int>(std::find(columns.begin(), columns.end(), cell.first) - columns.begin()) + 1;
                 const std::string& value = cell.second;
                 if (!value.empty() && value[0] == '#')
-                    sqlite3_bind_int64(statement, index++, std::strtoll(value.c_str() + 1, nullptr, 10));
+                    sqlite3_bind_int64(table.insert, index, std::strtoll(value.c_str() + 1, nullptr, 10));
                 else
-                    sqlite3_bind_text(statement, index++, value.data(), static_cast<int>(value.size()),
+                    sqlite3_bind_text(table.insert, index, value.data(), static_cast<int>(value.size()),
                                       SQLITE_TRANSIENT);
             }
-            sqlite3_step(statement);
+            run(table.insert);
         }
     }
-    for (const auto& insert : inserts)
-        sqlite3_finalize(insert.second);
-    exec(db, "COMMIT");
+    run(gCommit);
 }
 
 void readMusic()
@@ -251,8 +303,9 @@ extern "C" int LLVMFuzzerInitialize(int*, char***)
     // end): no journal on disk, no waiting for the disk.
     if (sqlite3_open(vapp::datastorePath().c_str(), &gStore) != SQLITE_OK)
         std::abort();
-    exec(gStore, "PRAGMA journal_mode = MEMORY");
-    exec(gStore, "PRAGMA synchronous = OFF");
+    exec("PRAGMA journal_mode = MEMORY");
+    exec("PRAGMA synchronous = OFF");
+    createTables();
     marlfuzz::runEmptyInput(LLVMFuzzerTestOneInput);
     return 0;
 }
