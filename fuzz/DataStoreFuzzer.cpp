@@ -48,16 +48,16 @@ struct Row {
 // out, as a column that its row does not give. Every table is in the store
 // from the start: under its own name, or, while an input takes it out, empty
 // and under its name with kAway before it, where a reader finds it missing.
-// Its statements are prepared once. So the store's schema keeps its tables and
-// columns, the readers' connections keep their statements, and an input frees
-// what it allocates: an input that allocates more is run again by libFuzzer,
-// which then looks for leaks. A change of the schema costs more than a whole
-// input otherwise (every connection reads the schema again), hence only the
-// inputs that say so take a table out.
+// Its statements are prepared once, with the table. So the store's schema
+// keeps its tables and columns, the readers' connections keep their
+// statements, and an input frees what it allocates: an input that allocates
+// more is run again by libFuzzer, which then looks for leaks. A change of the
+// schema costs more than a whole input otherwise (every connection reads the
+// schema again), hence only the inputs that say so take a table out.
 struct Table {
     std::vector<std::string> columns;
     bool present = true;             // under its own name
-    sqlite3_stmt* clear = nullptr;   // prepared at first use
+    sqlite3_stmt* clear = nullptr;
     sqlite3_stmt* insert = nullptr;  // every column; one that the row does not give is NULL
 };
 
@@ -73,10 +73,10 @@ void exec(const std::string& sql)
     sqlite3_exec(gStore, sql.c_str(), nullptr, nullptr, nullptr);
 }
 
-sqlite3_stmt* prepare(sqlite3_stmt*& statement, const std::string& sql)
+sqlite3_stmt* prepare(const std::string& sql)
 {
-    if (!statement)
-        sqlite3_prepare_v2(gStore, sql.c_str(), -1, &statement, nullptr);
+    sqlite3_stmt* statement = nullptr;
+    sqlite3_prepare_v2(gStore, sql.c_str(), -1, &statement, nullptr);
     return statement;
 }
 
@@ -148,14 +148,21 @@ void learnColumns()
 // Every table, empty, in place of the fuzz device's tables of these names.
 void createTables()
 {
-    prepare(gBegin, "BEGIN");
-    prepare(gCommit, "COMMIT");
-    for (const auto& table : gTables) {
-        std::string create;
-        for (const auto& column : table.second.columns)
-            create += (create.empty() ? "" : ", ") + vapp::quoteSqlIdentifier(column);
-        exec("DROP TABLE IF EXISTS " + vapp::quoteSqlIdentifier(table.first));
-        exec("CREATE TABLE " + vapp::quoteSqlIdentifier(table.first) + " (" + create + ")");
+    gBegin = prepare("BEGIN");
+    gCommit = prepare("COMMIT");
+    for (auto& entry : gTables) {
+        Table& table = entry.second;
+        const std::string name = vapp::quoteSqlIdentifier(entry.first);
+        std::string columns;
+        std::string marks;
+        for (const auto& column : table.columns) {
+            columns += (columns.empty() ? "" : ", ") + vapp::quoteSqlIdentifier(column);
+            marks += marks.empty() ? "?" : ", ?";
+        }
+        exec("DROP TABLE IF EXISTS " + name);
+        exec("CREATE TABLE " + name + " (" + columns + ")");
+        table.clear = prepare("DELETE FROM " + name);
+        table.insert = prepare("INSERT INTO " + name + " (" + columns + ") VALUES (" + marks + ")");
     }
 }
 
@@ -165,11 +172,11 @@ void writeStore(const std::vector<std::string>& lines)
     run(gBegin);
     for (auto& entry : gTables) {
         Table& table = entry.second;
-        const std::string name = vapp::quoteSqlIdentifier(entry.first);
         if (table.present)
-            run(prepare(table.clear, "DELETE FROM " + name));
+            run(table.clear);
         const bool wanted = tables.missing.count(entry.first) == 0;
         if (wanted != table.present) {
+            const std::string name = vapp::quoteSqlIdentifier(entry.first);
             const std::string away = vapp::quoteSqlIdentifier(kAway + entry.first);
             exec("ALTER TABLE " + (wanted ? away + " RENAME TO " + name : name + " RENAME TO " + away));
             table.present = wanted;
@@ -180,21 +187,12 @@ void writeStore(const std::vector<std::string>& lines)
         if (!table.present)
             continue;
         const std::vector<std::string>& columns = table.columns;
-        if (!table.insert) {
-            std::string names;
-            std::string marks;
-            for (const auto& column : columns) {
-                names += (names.empty() ? "" : ", ") + vapp::quoteSqlIdentifier(column);
-                marks += marks.empty() ? "?" : ", ?";
-            }
-            prepare(table.insert,
-                    "INSERT INTO " + vapp::quoteSqlIdentifier(entry.first) + " (" + names + ") VALUES (" + marks + ")");
-        }
         if (!table.insert)
             continue;
         for (const Row& row : entry.second) {
             for (const auto& cell : row.cells) {
-                const int index = static_cast<int>(std::find(columns.begin(), columns.end(), cell.first) - columns.begin()) + 1;
+                const auto column = std::find(columns.begin(), columns.end(), cell.first);
+                const int index = static_cast<int>(column - columns.begin()) + 1;
                 const std::string& value = cell.second;
                 if (!value.empty() && value[0] == '#')
                     sqlite3_bind_int64(table.insert, index, std::strtoll(value.c_str() + 1, nullptr, 10));
