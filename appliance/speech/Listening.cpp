@@ -112,6 +112,10 @@ void Engine::listenTo(const std::vector<short>& chunk)
     const long before = mHeardSamples;
     mHeardSamples += static_cast<long>(chunk.size());
     mRecognizer.feed(chunk.data(), chunk.size());
+    if (mDetector.paused())
+        mRecognizer.settle();
+    else
+        mRecognizer.resume();
     // Partial results while speech goes on.
     if (before / kPartialEverySamples == mHeardSamples / kPartialEverySamples || !mDetector.begun() ||
         mDetector.ended())
@@ -153,6 +157,7 @@ void Engine::finishListening(std::shared_ptr<Delivery> delivery, bool scripted)
         Json::Value o = what("recognition");
         o["text"] = r.text;
         o["score"] = r.score;
+        o["wordScore"] = r.wordScore;
         o["accepted"] = r.accepted;
         o["command"] = heard.command;
         o["speechDetected"] = mDetector.begun();

@@ -11,6 +11,9 @@ namespace standin {
 // ends after this much quiet audio in a row once it has begun.
 const int kBeginMs = 60;
 const int kEndMs = 300;
+// Speech has paused after this much quiet audio: the recognizer can start its
+// final pass, which the end of speech is likely to follow.
+const int kPauseMs = 100;
 
 class SpeechDetector {
 public:
@@ -23,12 +26,15 @@ public:
         mThreshold = threshold;
         mBeginSamples = static_cast<long>(sampleRate) * kBeginMs / 1000;
         mEndSamples = static_cast<long>(sampleRate) * kEndMs / 1000;
+        mPauseSamples = static_cast<long>(sampleRate) * kPauseMs / 1000;
         mLoud = mQuiet = 0;
         mBegun = mEnded = false;
     }
 
     bool begun() const { return mBegun; }
     bool ended() const { return mEnded; }
+    // Speech began and the audio since has been quiet for kPauseMs or more.
+    bool paused() const { return mBegun && mQuiet >= mPauseSamples; }
 
     Event feed(const std::vector<short>& samples, int& rms)
     {
@@ -58,6 +64,7 @@ private:
     int mThreshold = 750;
     long mBeginSamples = 960;
     long mEndSamples = 4800;
+    long mPauseSamples = 1600;
     long mLoud = 0;
     long mQuiet = 0;
     bool mBegun = false;

@@ -1,8 +1,12 @@
 #include "voice/Recognizer.h"
 
+#include <cmn.h>
+#include <fe.h>
+#include <feat.h>
 #include <jsgf.h>
 #include <pocketsphinx.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <fstream>
 
@@ -45,6 +49,91 @@ int setJsgf(ps_decoder_t* decoder, const char* name, const char* text)
     return result;
 }
 
+// A stretch of the best path: its frames and acoustic score.
+struct Segment {
+    int first = 0;
+    int last = 0;
+    int score = 0;
+    bool word = false;  // a word of the grammar, not silence or noise
+};
+
+std::vector<Segment> bestPath(ps_decoder_t* decoder)
+{
+    std::vector<Segment> path;
+    for (ps_seg_t* seg = ps_seg_iter(decoder); seg; seg = ps_seg_next(seg)) {
+        Segment s;
+        ps_seg_frames(seg, &s.first, &s.last);
+        int32 lscr = 0, lback = 0;
+        ps_seg_prob(seg, &s.score, &lscr, &lback);
+        const char* word = ps_seg_word(seg);
+        s.word = word && *word && *word != '<' && *word != '[' && *word != '(';
+        if (s.last >= s.first)
+            path.push_back(s);
+    }
+    return path;
+}
+
+// The score of the frames first..last on `path`, a stretch cut short taking
+// its share by frames.
+long long scoreOver(const std::vector<Segment>& path, int first, int last)
+{
+    long long sum = 0;
+    for (const Segment& s : path) {
+        const int from = std::max(first, s.first), to = std::min(last, s.last);
+        if (from <= to)
+            sum += static_cast<long long>(s.score) * (to - from + 1) / (s.last - s.first + 1);
+    }
+    return sum;
+}
+
+// Makes the decoder's running cepstral mean that of `audio`, for its next
+// utterance: the result then depends on that audio alone. (pocketsphinx's
+// mean over a whole utterance at once, its batch mode, leaves the grammar's
+// search with no path to the end: "Final result does not match the grammar".)
+void takeMeanOf(ps_decoder_t* decoder, const std::vector<int16_t>& audio)
+{
+    fe_t* fe = ps_get_fe(decoder);
+    feat_t* feat = ps_get_feat(decoder);
+    const int size = fe_get_output_size(fe);
+    if (!fe || !feat || !feat->cmn_struct || size <= 0 || audio.empty())
+        return;
+    const int32 kFrames = 64;
+    mfcc_t** cepstra = static_cast<mfcc_t**>(ckd_calloc_2d(kFrames, size, sizeof(mfcc_t)));
+    std::vector<double> sum(size, 0.0);
+    long count = 0;
+    auto add = [&](int32 frames) {
+        for (int32 f = 0; f < frames; ++f) {
+            // Frames of no energy (digital silence) are left out, as the
+            // decoder's own running mean leaves them out.
+            if (cepstra[f][0] < 0)
+                continue;
+            ++count;
+            for (int i = 0; i < size; ++i)
+                sum[i] += MFCC2FLOAT(cepstra[f][i]);
+        }
+    };
+    const int16* samples = audio.data();
+    size_t left = audio.size();
+    fe_start_utt(fe);
+    while (left > 0) {
+        int32 frames = kFrames;
+        if (fe_process_frames(fe, &samples, &left, cepstra, &frames, nullptr) < 0 || frames == 0)
+            break;
+        add(frames);
+    }
+    int32 tail = 0;
+    fe_end_utt(fe, cepstra[0], &tail);
+    add(tail);
+    ckd_free_2d(cepstra);
+    if (count == 0)
+        return;
+    std::vector<mfcc_t> mean(size);
+    for (int i = 0; i < size; ++i)
+        mean[i] = FLOAT2MFCC(sum[i] / count);
+    feat->cmn = CMN_LIVE;
+    cmn_live_set(feat->cmn_struct, mean.data());
+}
+
 bool readable(const std::string& path)
 {
     std::ifstream in(path);
@@ -53,7 +142,8 @@ bool readable(const std::string& path)
 
 }  // namespace
 
-const int Recognizer::kMinScore = -15;
+const int Recognizer::kMinScore = -12;
+const int Recognizer::kMinWordScore = -40;
 const size_t Recognizer::kMaxSamples = 20 * 16000;
 
 Recognizer::Recognizer() {}
@@ -65,11 +155,12 @@ Recognizer::~Recognizer()
 
 void Recognizer::close()
 {
-    if (mDecoder)
-        ps_free(mDecoder);
-    if (mLoop)
-        ps_free(mLoop);
-    mDecoder = mLoop = nullptr;
+    join();
+    for (ps_decoder_t** d : {&mStream, &mDecoder, &mLoop}) {
+        if (*d)
+            ps_free(*d);
+        *d = nullptr;
+    }
     mInUtterance = false;
 }
 
@@ -89,24 +180,24 @@ bool Recognizer::open(std::string& error, const std::string& modelDir)
                 " (want en-us/ and cmudict-en-us.dict; Debian's pocketsphinx-en-us has them)";
         return false;
     }
-    // The grammar decoder searches widely; the phone loop only scores the
-    // audio, so a narrow search does.
-    cmd_ln_t* config = cmd_ln_init(nullptr, ps_args(), TRUE, "-hmm", hmm.c_str(), "-dict", dict.c_str(), "-logfn",
-                                   "/dev/null", "-remove_noise", "no", "-wbeam", "1e-40", nullptr);
-    cmd_ln_t* loopConfig = cmd_ln_init(nullptr, ps_args(), TRUE, "-hmm", hmm.c_str(), "-dict", dict.c_str(),
-                                       "-logfn", "/dev/null", "-remove_noise", "no", "-beam", "1e-20", "-pbeam",
-                                       "1e-20", "-wbeam", "1e-20", nullptr);
-    if (!config || !loopConfig) {
+    // The grammar's decoders search widely; the phone loop only scores the
+    // audio, so a narrow search does. Each decoder has a configuration of
+    // its own: pocketsphinx writes the model's parameters into it.
+    auto decoder = [&](bool loop) -> ps_decoder_t* {
+        cmd_ln_t* config =
+            loop ? cmd_ln_init(nullptr, ps_args(), TRUE, "-hmm", hmm.c_str(), "-dict", dict.c_str(), "-logfn",
+                               "/dev/null", "-remove_noise", "no", "-beam", "1e-20", "-pbeam", "1e-20", "-wbeam",
+                               "1e-20", nullptr)
+                 : cmd_ln_init(nullptr, ps_args(), TRUE, "-hmm", hmm.c_str(), "-dict", dict.c_str(), "-logfn",
+                               "/dev/null", "-remove_noise", "no", "-wbeam", "1e-40", nullptr);
+        ps_decoder_t* made = config ? ps_init(config) : nullptr;
         cmd_ln_free_r(config);
-        cmd_ln_free_r(loopConfig);
-        error = "pocketsphinx refused its configuration";
-        return false;
-    }
-    mDecoder = ps_init(config);
-    mLoop = ps_init(loopConfig);
-    cmd_ln_free_r(config);
-    cmd_ln_free_r(loopConfig);
-    if (!mDecoder || !mLoop) {
+        return made;
+    };
+    mStream = decoder(false);
+    mDecoder = decoder(false);
+    mLoop = decoder(true);
+    if (!mStream || !mDecoder || !mLoop) {
         close();
         error = "pocketsphinx could not load the model in " + dir;
         return false;
@@ -130,7 +221,7 @@ bool Recognizer::knows(const std::string& word)
 {
     if (!mDecoder || word.empty() || word.compare(0, 6, "phone_") == 0)
         return false;
-    char* phones = ps_lookup_word(mDecoder, word.c_str());
+    char* phones = ps_lookup_word(mStream, word.c_str());
     const bool found = phones != nullptr;
     ckd_free(phones);
     return found;
@@ -144,8 +235,9 @@ bool Recognizer::setGrammar(const std::string& jsgf, std::string& error)
     }
     if (mInUtterance)
         abandon();
-    if (setJsgf(mDecoder, kGrammarSearch, jsgf.c_str()) < 0 ||
-        ps_set_search(mDecoder, kGrammarSearch) < 0) {
+    join();
+    if (setJsgf(mStream, kGrammarSearch, jsgf.c_str()) < 0 || ps_set_search(mStream, kGrammarSearch) < 0 ||
+        setJsgf(mDecoder, kGrammarSearch, jsgf.c_str()) < 0 || ps_set_search(mDecoder, kGrammarSearch) < 0) {
         error = "pocketsphinx refused the grammar";
         return false;
     }
@@ -162,7 +254,7 @@ void Recognizer::start()
     mPending.clear();
     mTaken = 0;
     mPreprocessor.reset();
-    if (ps_start_utt(mDecoder) < 0)
+    if (ps_start_utt(mStream) < 0)
         return;
     mInUtterance = true;
 }
@@ -179,8 +271,9 @@ void Recognizer::feed(const int16_t* samples, size_t count)
     mPending.insert(mPending.end(), samples, samples + count);
     const size_t done = mPreprocessor.process(mPending.data(), mPending.size());
     mAudio.insert(mAudio.end(), mPending.begin(), mPending.begin() + static_cast<std::ptrdiff_t>(done));
-    ps_process_raw(mDecoder, mPending.data(), done, FALSE, FALSE);
+    ps_process_raw(mStream, mPending.data(), done, FALSE, FALSE);
     mPending.erase(mPending.begin(), mPending.begin() + static_cast<std::ptrdiff_t>(done));
+    startPass();
 }
 
 std::string Recognizer::partial()
@@ -188,17 +281,53 @@ std::string Recognizer::partial()
     if (!mInUtterance)
         return "";
     int32 score = 0;
-    const char* hyp = ps_get_hyp(mDecoder, &score);
+    const char* hyp = ps_get_hyp(mStream, &score);
     return hyp ? hyp : "";
+}
+
+void Recognizer::settle()
+{
+    if (!mInUtterance || mSettled)
+        return;
+    mSettled = true;
+    mSettledAudio = mAudio;
+    mSettledAudio.insert(mSettledAudio.end(), mPending.begin(), mPending.end());
+    startPass();
+}
+
+// Starts the settled pass unless a dropped one still runs (then the next
+// audio tries again): one pass at a time, and the caller never waits. The
+// pass covers the audio up to the settling whenever it starts.
+void Recognizer::startPass()
+{
+    if (!mSettled || mPassStarted || (mWorker.joinable() && !mPassDone))
+        return;
+    join();
+    mPassStarted = true;
+    mPassDone = false;
+    mWorker = std::thread([this, audio = mSettledAudio] {
+        mSettledResult = finalPass(audio);
+        mPassDone = true;
+    });
+}
+
+void Recognizer::resume()
+{
+    mSettled = mPassStarted = false;
+}
+
+void Recognizer::join()
+{
+    if (mWorker.joinable())
+        mWorker.join();
 }
 
 void Recognizer::abandon()
 {
+    join();
     if (mInUtterance)
-        ps_end_utt(mDecoder);
-    mInUtterance = false;
-    // Less than a frame of the preprocessor is left: it goes on as it came.
-    mAudio.insert(mAudio.end(), mPending.begin(), mPending.end());
+        ps_end_utt(mStream);
+    mInUtterance = mSettled = mPassStarted = false;
     mAudio.clear();
     mPending.clear();
 }
@@ -208,36 +337,67 @@ Recognition Recognizer::finish()
     Recognition result;
     if (!mInUtterance)
         return result;
-    ps_end_utt(mDecoder);
-    mInUtterance = false;
-    // Less than a frame of the preprocessor is left: it goes on as it came.
-    mAudio.insert(mAudio.end(), mPending.begin(), mPending.end());
-    // The final pass: the whole utterance at once, its cepstral mean taken
-    // over itself, so that the result does not depend on earlier audio.
+    ps_end_utt(mStream);
+    join();
+    if (mSettled && mPassStarted) {
+        result = mSettledResult;
+    } else if (mSettled) {
+        result = finalPass(mSettledAudio);
+    } else {
+        // Less than a frame of the preprocessor is left: it goes on as it came.
+        mAudio.insert(mAudio.end(), mPending.begin(), mPending.end());
+        result = finalPass(mAudio);
+    }
+    mInUtterance = mSettled = mPassStarted = false;
+    mAudio.clear();
+    mPending.clear();
+    return result;
+}
+
+// The whole utterance at once, its cepstral mean taken over itself, so that
+// the result does not depend on earlier audio.
+Recognition Recognizer::finalPass(const std::vector<int16_t>& audio)
+{
+    Recognition result;
     int32 score = 0;
     const char* hyp = nullptr;
-    if (!mAudio.empty() && ps_start_utt(mDecoder) == 0) {
-        ps_process_raw(mDecoder, mAudio.data(), mAudio.size(), FALSE, TRUE);
+    takeMeanOf(mDecoder, audio);
+    if (!audio.empty() && ps_start_utt(mDecoder) == 0) {
+        ps_process_raw(mDecoder, audio.data(), audio.size(), FALSE, TRUE);
         ps_end_utt(mDecoder);
         hyp = ps_get_hyp(mDecoder, &score);
     }
     result.text = hyp ? hyp : "";
     result.frames = ps_get_n_frames(mDecoder);
-    if (!result.text.empty() && result.frames > 0) {
-        // The same audio through the free phone loop: the better the loop
-        // explains it, the less the grammar's words are to be trusted.
-        int32 loopScore = score;
-        if (ps_start_utt(mLoop) == 0) {
-            ps_process_raw(mLoop, mAudio.data(), mAudio.size(), FALSE, TRUE);
-            ps_end_utt(mLoop);
-            if (!ps_get_hyp(mLoop, &loopScore))
-                loopScore = score;
-        }
-        result.score = (score - loopScore) / result.frames;
-        result.accepted = result.score >= kMinScore;
+    if (result.text.empty() || result.frames <= 0)
+        return result;
+    const std::vector<Segment> words = bestPath(mDecoder);
+    // The same audio through the free phone loop: the better the loop
+    // explains it, the less the grammar's words are to be trusted.
+    int32 loopScore = score;
+    std::vector<Segment> phones;
+    if (ps_start_utt(mLoop) == 0) {
+        ps_process_raw(mLoop, audio.data(), audio.size(), FALSE, TRUE);
+        ps_end_utt(mLoop);
+        if (ps_get_hyp(mLoop, &loopScore))
+            phones = bestPath(mLoop);
+        else
+            loopScore = score;
     }
-    mAudio.clear();
-    mPending.clear();
+    result.score = (score - loopScore) / result.frames;
+    // Word by word too: speech outside the grammar is often taken for a
+    // request whose other words fit ("what's in the fridge" for "what is the
+    // capital of france"), and the word forced over the unknown ones fits far
+    // worse than the loop does over the same frames.
+    result.wordScore = 0;
+    for (const Segment& w : words) {
+        if (!w.word || phones.empty())
+            continue;
+        const int frames = w.last - w.first + 1;
+        const long long gap = w.score - scoreOver(phones, w.first, w.last);
+        result.wordScore = std::min(result.wordScore, static_cast<int>(gap / frames));
+    }
+    result.accepted = result.score >= kMinScore && result.wordScore >= kMinWordScore;
     return result;
 }
 

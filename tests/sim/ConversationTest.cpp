@@ -27,6 +27,8 @@ struct Turn {
     std::vector<Json::Value> replies;   // the "data" of each driver response of the plug-in
     std::string answer;                 // the service's spoken answer
     std::vector<std::string> apps;      // what the apps did
+    std::vector<std::string> outcomes;  // the daemon's result and error callbacks ("result", "error")
+    int requestsHeard = 0;              // recognitions accepted
 };
 
 struct Conversation {
@@ -71,6 +73,10 @@ Conversation converse(const Scratch& scratch, const std::string& name)
             turn.answer = obs["spokenText"].asString();
         else if (e["kind"] == "note" && e["text"].asString().rfind("app ", 0) == 0)
             turn.apps.push_back(e["text"].asString());
+        else if (e["kind"] == "callback" && (e["fn"] == "result" || e["fn"] == "error"))
+            turn.outcomes.push_back(e["fn"].asString());
+        else if (e["kind"] == "speech" && obs["what"] == "recognition" && obs["accepted"].asBool())
+            ++turn.requestsHeard;
     }
     return c;
 }
@@ -159,6 +165,33 @@ TEST(Conversations, ATimerIsSetFoundExtendedListedAndCancelled)
     EXPECT_EQ(c.turns[5].replies[0]["status"], "Not Found");
     EXPECT_EQ(c.turns[5].answer, "You have no timers.");
     EXPECT_TRUE(table(c.device, "Timer").empty());
+}
+
+TEST(Conversations, WhatTheKitchenCannotAnswerGetsNoRequestAndItsTimerQuestionIsStillAnswered)
+{
+    Scratch scratch;
+    const Conversation c = converse(scratch, "spoken-outside");
+    ASSERT_EQ(c.exitCode, 0) << c.err;
+    ASSERT_EQ(c.turns.size(), 4u);
+
+    // A general-knowledge question, a reminder and another appliance's
+    // command: nothing is accepted, no driver request, the daemon's error.
+    for (size_t i = 0; i < 3; ++i) {
+        EXPECT_EQ(c.turns[i].requestsHeard, 0) << "turn " << i + 1;
+        EXPECT_TRUE(c.turns[i].replies.empty()) << "turn " << i + 1;
+        EXPECT_EQ(c.turns[i].answer, "") << "turn " << i + 1;
+        EXPECT_EQ(c.turns[i].outcomes, std::vector<std::string>{"error"}) << "turn " << i + 1;
+    }
+
+    // The timer of 5 minutes, less the seconds the three turns took.
+    EXPECT_EQ(c.turns[3].requestsHeard, 1);
+    ASSERT_EQ(c.turns[3].replies.size(), 1u);
+    EXPECT_EQ(c.turns[3].replies[0]["status"], "Single Found");
+    const long left = 300 - secondsBefore(c, 3);
+    EXPECT_EQ(clockSeconds(c.turns[3].replies[0]["time"]), left);
+    EXPECT_EQ(c.turns[3].answer, std::to_string(left / 60) + " minutes and " + std::to_string(left % 60) +
+                                     " seconds left on your timer.");
+    EXPECT_EQ(c.turns[3].outcomes, std::vector<std::string>{"result"});
 }
 
 TEST(Conversations, MusicPlaysIsRatedAndStops)

@@ -1,3 +1,4 @@
+#include "SpeechDetector.h"
 #include "SpeechFixture.h"
 
 using namespace marltest;
@@ -154,6 +155,35 @@ TEST_F(SpeechDetectorConfigTest, ThresholdAndRmsReportsFollowTheConfig)
     EXPECT_NEAR(rms, 1414, 5);
     feed(60, kLoud);
     EXPECT_EQ(count("onBeginningOfSpeech"), 1);
+}
+
+// Speech pauses (the recognizer may start its final pass) after 100 ms of
+// quiet once it has begun, and no longer as soon as loud audio comes back.
+TEST(SpeechDetectorPause, SpeechPausesAfter100MillisecondsOfQuietUntilLoudAudioComesBack)
+{
+    standin::SpeechDetector detector;
+    detector.reset(750, 16000);
+    const std::vector<short> quiet(320, 0), loud(320, 5000);
+    int rms = 0;
+    for (int i = 0; i < 10; ++i)
+        detector.feed(quiet, rms);
+    EXPECT_FALSE(detector.paused()) << "quiet before any speech is no pause";
+    for (int i = 0; i < 5; ++i)
+        detector.feed(loud, rms);
+    ASSERT_TRUE(detector.begun());
+    for (int i = 0; i < 4; ++i)
+        detector.feed(quiet, rms);
+    EXPECT_FALSE(detector.paused()) << "80 ms";
+    detector.feed(quiet, rms);
+    EXPECT_TRUE(detector.paused()) << "100 ms";
+    detector.feed(loud, rms);
+    EXPECT_FALSE(detector.paused());
+    for (int i = 0; i < 15; ++i)
+        detector.feed(quiet, rms);
+    EXPECT_TRUE(detector.ended());
+    EXPECT_TRUE(detector.paused());
+    detector.feed(loud, rms);
+    EXPECT_TRUE(detector.paused()) << "after the end of speech, nothing more is heard";
 }
 
 }  // namespace

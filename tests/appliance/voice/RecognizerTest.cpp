@@ -52,9 +52,24 @@ protected:
         return recognizer.finish();
     }
 
+    void feed(const std::vector<int16_t>& audio, size_t from, size_t to)
+    {
+        for (size_t i = from; i < to; i += 320)
+            recognizer.feed(audio.data() + i, std::min<size_t>(320, to - i));
+    }
+
     Recognizer recognizer;
     voice::Grammar grammar;
 };
+
+void expectSame(const Recognition& a, const Recognition& b)
+{
+    EXPECT_EQ(a.text, b.text);
+    EXPECT_EQ(a.score, b.score);
+    EXPECT_EQ(a.wordScore, b.wordScore);
+    EXPECT_EQ(a.frames, b.frames);
+    EXPECT_EQ(a.accepted, b.accepted);
+}
 
 TEST_F(RecognizerTest, RegisteredCommandIsRecognizedWithPartialsOnTheWay)
 {
@@ -86,6 +101,83 @@ TEST_F(RecognizerTest, ResultDoesNotDependOnTheUtterancesBefore)
     EXPECT_EQ(first.score, again.score);
 }
 
+TEST_F(RecognizerTest, PassSettledAtTheEndGivesWhatFinishingGives)
+{
+    const std::vector<int16_t> audio = spoken("open the fridge camera");
+    const Recognition whole = hear(audio);
+    recognizer.start();
+    feed(audio, 0, audio.size());
+    recognizer.settle();
+    const Recognition settled = recognizer.finish();
+    EXPECT_EQ(settled.text, "open the fridge camera");
+    expectSame(settled, whole);
+}
+
+TEST_F(RecognizerTest, AudioAfterTheSettledPointIsNotHeard)
+{
+    const std::vector<int16_t> first = spoken("show recipes");
+    const std::vector<int16_t> second = spoken("open the fridge camera");
+    recognizer.start();
+    feed(first, 0, first.size());
+    recognizer.settle();
+    feed(second, 0, second.size());
+    const Recognition r = recognizer.finish();
+    EXPECT_EQ(r.text, "show recipes");
+    EXPECT_TRUE(r.accepted) << r.score;
+}
+
+TEST_F(RecognizerTest, ResumeDropsTheSettledPassAndHearsTheWholeUtterance)
+{
+    const std::vector<int16_t> audio = spoken("open the fridge camera");
+    const Recognition whole = hear(audio);
+    const size_t half = audio.size() / 2;
+    recognizer.start();
+    feed(audio, 0, half);
+    recognizer.settle();
+    recognizer.settle();  // already settled: nothing more
+    feed(audio, half, audio.size());
+    // The streaming pass goes on meanwhile.
+    EXPECT_FALSE(recognizer.partial().empty());
+    recognizer.resume();
+    expectSame(recognizer.finish(), whole);
+}
+
+TEST_F(RecognizerTest, SettlingAgainAfterAResumeCoversTheAudioSoFar)
+{
+    const std::vector<int16_t> audio = spoken("open the fridge camera");
+    const Recognition whole = hear(audio);
+    recognizer.start();
+    feed(audio, 0, audio.size() / 3);
+    recognizer.settle();
+    feed(audio, audio.size() / 3, audio.size());
+    recognizer.resume();
+    // The first pass may still run: the second starts after it, on the
+    // audio up to the second settling, whatever came since.
+    recognizer.settle();
+    const std::vector<int16_t> quiet(8000, 0);
+    feed(quiet, 0, quiet.size());
+    expectSame(recognizer.finish(), whole);
+}
+
+TEST_F(RecognizerTest, AnUtteranceAbandonedOrLeftWhileSettlingEndsCleanly)
+{
+    const std::vector<int16_t> audio = spoken("show recipes");
+    recognizer.start();
+    feed(audio, 0, audio.size());
+    recognizer.settle();
+    recognizer.abandon();
+    EXPECT_EQ(hear(audio).text, "show recipes");
+    {
+        Recognizer leftBehind;
+        std::string error;
+        ASSERT_TRUE(leftBehind.open(error)) << error;
+        ASSERT_TRUE(leftBehind.setGrammar(grammar.jsgf, error)) << error;
+        leftBehind.start();
+        leftBehind.feed(audio.data(), audio.size());
+        leftBehind.settle();
+    }
+}
+
 TEST_F(RecognizerTest, SilenceGivesNoText)
 {
     const Recognition r = hear(std::vector<int16_t>(32000, 0));
@@ -108,6 +200,17 @@ TEST_F(RecognizerTest, SpeechOutsideTheGrammarIsRejected)
 {
     const Recognition r = hear(spoken("the quick brown fox jumps over the lazy dog"));
     EXPECT_FALSE(r.accepted) << "heard \"" << r.text << "\" with score " << r.score;
+}
+
+TEST_F(RecognizerTest, SpeechTakenForARequestIsRefusedByTheWordThatFitsWorst)
+{
+    // Heard as "set a timer for ten minutes": as a whole it scores like the
+    // grammar's own, but "timer" over "reminder" fits far worse than the
+    // phone loop.
+    const Recognition r = hear(spoken("set a reminder for ten minutes"));
+    EXPECT_GE(r.score, Recognizer::kMinScore) << r.text;
+    EXPECT_LT(r.wordScore, Recognizer::kMinWordScore) << r.text;
+    EXPECT_FALSE(r.accepted) << "heard \"" << r.text << "\"";
 }
 
 TEST_F(RecognizerTest, HeavilyClippedSpeechIsNotTakenForAnotherCommand)
