@@ -94,8 +94,10 @@ void takeMeanOf(ps_decoder_t* decoder, const std::vector<int16_t>& audio)
 {
     fe_t* fe = ps_get_fe(decoder);
     feat_t* feat = ps_get_feat(decoder);
+    if (!fe || !feat || !feat->cmn_struct || audio.empty())
+        return;
     const int size = fe_get_output_size(fe);
-    if (!fe || !feat || !feat->cmn_struct || size <= 0 || audio.empty())
+    if (size <= 0)
         return;
     const int32 kFrames = 64;
     mfcc_t** cepstra = static_cast<mfcc_t**>(ckd_calloc_2d(kFrames, size, sizeof(mfcc_t)));
@@ -386,9 +388,9 @@ Recognition Recognizer::finalPass(const std::vector<int16_t>& audio)
     }
     result.score = (score - loopScore) / result.frames;
     // Word by word too: speech outside the grammar is often taken for a
-    // request whose other words fit ("what's in the fridge" for "what is the
-    // capital of france"), and the word forced over the unknown ones fits far
-    // worse than the loop does over the same frames.
+    // request whose other words fit ("set a timer for ten minute" for "set a
+    // reminder for ten minutes"), and the word forced over the unknown ones
+    // fits far worse than the loop does over the same frames.
     result.wordScore = 0;
     for (const Segment& w : words) {
         if (!w.word || phones.empty())
