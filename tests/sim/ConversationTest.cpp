@@ -183,14 +183,12 @@ TEST(Conversations, WhatTheKitchenCannotAnswerGetsNoRequestAndItsTimerQuestionIs
         EXPECT_EQ(c.turns[i].outcomes, std::vector<std::string>{"error"}) << "turn " << i + 1;
     }
 
-    // The timer of 5 minutes, less the seconds the three turns took.
+    // The paused timer's time left.
     EXPECT_EQ(c.turns[3].requestsHeard, 1);
     ASSERT_EQ(c.turns[3].replies.size(), 1u);
     EXPECT_EQ(c.turns[3].replies[0]["status"], "Single Found");
-    const long left = 300 - secondsBefore(c, 3);
-    EXPECT_EQ(clockSeconds(c.turns[3].replies[0]["time"]), left);
-    EXPECT_EQ(c.turns[3].answer, std::to_string(left / 60) + " minutes and " + std::to_string(left % 60) +
-                                     " seconds left on your timer.");
+    EXPECT_EQ(c.turns[3].replies[0]["time"], "00:04:30");
+    EXPECT_EQ(c.turns[3].answer, "Your timer is paused with 4 minutes and 30 seconds left.");
     EXPECT_EQ(c.turns[3].outcomes, std::vector<std::string>{"result"});
 }
 
