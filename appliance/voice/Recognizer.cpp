@@ -307,7 +307,9 @@ void Recognizer::startPass()
     join();
     mPassStarted = true;
     mPassDone = false;
-    mWorker = std::thread([this, audio = mSettledAudio] {
+    // The pass owns the audio from here: a later settle() fills
+    // mSettledAudio anew, and finish() needs it only for a pass not started.
+    mWorker = std::thread([this, audio = std::move(mSettledAudio)] {
         mSettledResult = finalPass(audio);
         mPassDone = true;
     });

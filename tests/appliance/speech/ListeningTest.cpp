@@ -110,6 +110,23 @@ TEST_F(ListeningTest, CommandIsHeardWithPartialResultsAndGivenAsTheEmbeddedResul
         << recognition[0];
 }
 
+TEST_F(ListeningTest, WordsAfterTheEndOfSpeechAreNotRecognized)
+{
+    // The recognizer's final pass starts at the pause before the end of
+    // speech; a word said after the end of speech, before the stop, is not
+    // part of the utterance ("what's the weather today" would be a request
+    // too).
+    std::vector<short> audio = spoken("what's the weather");
+    const std::vector<short> more = spoken("today");
+    audio.insert(audio.end(), more.begin(), more.end());
+    turn(audio);
+    EXPECT_EQ(callsNamed("onEndOfSpeech").size(), 1u);
+    const auto recognition = observations.of("recognition");
+    ASSERT_EQ(recognition.size(), 1u);
+    EXPECT_EQ(recognition[0]["text"], "what's the weather") << recognition[0];
+    EXPECT_EQ(recognition[0]["accepted"], true);
+}
+
 TEST_F(ListeningTest, RequestDialogueAsksItsDriverRequestAndSpeaksTheAnswer)
 {
     driverResponse = R"({"userComposedDriverResponse":{"action":"Timer Reply","agent":"Timer","data":)"
